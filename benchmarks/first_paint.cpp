@@ -1,0 +1,109 @@
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// first_paint NAME COLOUR COMMAND...: starts the command and prints the milliseconds until the middle of the top-level window of this
+// name has a colour other than the server's empty one; then ends the command with SIGINT. COLOUR is what an unpainted window shows,
+// as six hexadecimal digits.
+
+namespace
+{
+Window findWindow (Display* display, Window parent, const char* name)
+{
+    Window root = 0, above = 0, *children = nullptr;
+    unsigned int count = 0;
+    Window found = 0;
+
+    if (XQueryTree (display, parent, &root, &above, &children, &count) == 0)
+        return 0;
+
+    for (unsigned int i = 0; i < count && found == 0; ++i)
+    {
+        char* title = nullptr;
+
+        if (XFetchName (display, children[i], &title) != 0 && title != nullptr && std::strcmp (title, name) == 0)
+            found = children[i];
+
+        if (title != nullptr)
+            XFree (title);
+
+        if (found == 0)
+            found = findWindow (display, children[i], name);
+    }
+
+    if (children != nullptr)
+        XFree (children);
+
+    return found;
+}
+
+bool hasPainted (Display* display, Window window, unsigned long emptyColour)
+{
+    XWindowAttributes attributes;
+
+    if (XGetWindowAttributes (display, window, &attributes) == 0 || attributes.map_state != IsViewable || attributes.width < 900)
+        return false;
+
+    auto* image = XGetImage (display, window, attributes.width / 2, attributes.height / 2, 1, 1, AllPlanes, ZPixmap);
+
+    if (image == nullptr)
+        return false;
+
+    const auto pixel = XGetPixel (image, 0, 0) & 0xffffffu;
+    XDestroyImage (image);
+    return pixel != emptyColour;
+}
+
+int ignoreErrors (Display*, XErrorEvent*) { return 0; }
+}
+
+int main (int argc, char** argv)
+{
+    if (argc < 4)
+        return 2;
+
+    auto* display = XOpenDisplay (nullptr);
+
+    if (display == nullptr)
+        return 2;
+
+    XSetErrorHandler (ignoreErrors);
+    const auto emptyColour = std::strtoul (argv[2], nullptr, 16);
+    const auto start = std::chrono::steady_clock::now();
+    const auto child = fork();
+
+    if (child == 0)
+    {
+        execv (argv[3], argv + 3);
+        _exit (127);
+    }
+
+    bool painted = false;
+    double milliseconds = 0.0;
+
+    while (! painted && milliseconds < 30000.0)
+    {
+        usleep (2000);
+        milliseconds = std::chrono::duration<double, std::milli> (std::chrono::steady_clock::now() - start).count();
+
+        if (const auto window = findWindow (display, DefaultRootWindow (display), argv[1]); window != 0)
+            painted = hasPainted (display, window, emptyColour);
+    }
+
+    kill (child, SIGINT);
+    int status = 0;
+    waitpid (child, &status, 0);
+
+    if (! painted)
+        return 1;
+
+    std::printf ("%.1f\n", milliseconds);
+    return 0;
+}

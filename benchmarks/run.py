@@ -1,0 +1,222 @@
+#!/usr/bin/env python3
+"""Measures the Hub against its peers, side by side in one run, and writes docs/performance.md.
+
+    benchmarks/run.py BUILD_FOLDER [--quick] [--output FILE]
+
+Every figure is a ratio of medians: absolute times say more about the machine than about the Hub. --quick takes smaller files and
+fewer runs, to see that everything works.
+"""
+import argparse
+import json
+import os
+import re
+import shutil
+import signal
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+import zipfile
+
+from download_peer import LocalServer, have_private_mounts
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+ROOT = os.path.dirname(HERE)
+
+
+def timed(command):
+    start = time.perf_counter()
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    seconds = time.perf_counter() - start
+    if done.returncode != 0:
+        raise SystemExit(f"{command[0]} failed ({done.returncode}): {done.stderr.strip()[-500:]}")
+    return seconds, done.stdout
+
+
+def side_by_side(ours, theirs, runs, before=lambda: None):
+    """Alternates the two commands, so that both meet the same moods of the machine. Two lists of seconds."""
+    mine, peer = [], []
+    for _ in range(runs):
+        before()
+        mine.append(timed(ours)[0])
+        before()
+        peer.append(timed(theirs)[0])
+    return mine, peer
+
+
+def ratio(mine, peer):
+    return statistics.median(mine) / statistics.median(peer)
+
+
+class Report:
+    def __init__(self):
+        self.rows = []
+
+    def add(self, what, against, value, bar, remark=""):
+        kept = "yes" if value <= bar else "NO"
+        self.rows.append((what, against, f"{value:.2f}", f"{bar:.2f}", kept, remark))
+        print(f"{what}: {value:.2f} (bar {bar:.2f}) {kept} {remark}", flush=True)
+
+
+class Bench:
+    def __init__(self, build, quick, scratch):
+        self.work = os.path.join(build, "benchmarks", "bench_work")
+        self.micro = os.path.join(build, "benchmarks", "bench_micro")
+        self.first_paint = os.path.join(build, "benchmarks", "bench_first_paint")
+        self.bare = os.path.join(build, "benchmarks", "bench_bare_window_artefacts", "Release", "Bare window")
+        self.hub = os.path.join(build, "ZorvaHub_artefacts", "Release", "ZORVA Hub")
+        self.scratch = scratch
+        self.size = (64 if quick else 1024) * 1024 * 1024
+        self.files = 2000 if quick else 20000
+        self.runs = 3 if quick else 5
+        self.report = Report()
+
+    def path(self, name):
+        return os.path.join(self.scratch, name)
+
+    def make_big_file(self):
+        block = os.urandom(1024 * 1024)
+        with open(self.path("big.bin"), "wb") as out:
+            for _ in range(self.size // len(block)):
+                out.write(block)
+
+    def verify(self):
+        big = self.path("big.bin")
+        mine, peer = side_by_side([self.work, "verify", big], ["openssl", "dgst", "-sha256", big], self.runs)
+        self.report.add("verify a vaulted file", "openssl dgst -sha256", ratio(mine, peer), 1.05)
+
+    def download(self):
+        if not have_private_mounts():
+            raise SystemExit("the download needs a private mount namespace (unshare -Urm)")
+        target = self.path("fetched")
+        with LocalServer(self.path("tls"), self.scratch) as server:
+            url = server.url("big.bin")
+            mine, peer = side_by_side(server.trusting([self.work, "download", url, target, str(self.size)]),
+                                      server.trusting(["curl", "-sS", "-o", target, url]), self.runs,
+                                      before=lambda: os.path.exists(target) and os.remove(target))
+            peak = peak_kib(timed(server.trusting([self.work, "download", url, target, str(self.size)]))[1])
+        self.report.add("download over local HTTPS", "curl -o", ratio(mine, peer), 1.10, f"peak memory {peak // 1024} MiB")
+
+    def extract(self, name, title, fill):
+        archive, folder = self.path(name), self.path("unpacked")
+        with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED, compresslevel=6) as out:
+            fill(out)
+
+        def fresh():
+            shutil.rmtree(folder, ignore_errors=True)
+            os.makedirs(folder)
+
+        mine, peer = side_by_side([self.work, "extract", archive, folder], ["unzip", "-q", archive, "-d", folder], self.runs, fresh)
+        shutil.rmtree(folder)
+        self.report.add(title, "unzip -q", ratio(mine, peer), 1.0)
+
+    def install(self):
+        piece = b"".join(bytes([i % 251]) * 8 for i in range(512))
+
+        def many(out):
+            for i in range(self.files):
+                out.writestr(f"pack/{i // 200}/sound-{i}.patch", piece)
+
+        def large(out):
+            with open(self.path("big.bin"), "rb") as big:
+                half = big.read(self.size // 2)
+            out.writestr("pack/samples.bin", half + bytes(self.size // 2))
+
+        self.extract("many.zip", f"unpack an archive of {self.files} files", many)
+        self.extract("large.zip", f"unpack an archive of {self.size // 1024 // 1024} MiB", large)
+
+    def in_process(self):
+        home = self.path("micro-home")
+        os.makedirs(home)
+        text = timed(["env", f"HUB_BENCHMARK_HOME={home}", self.micro, "--benchmark_format=json", "--benchmark_repetitions=5",
+                      "--benchmark_report_aggregates_only=true"])[1]
+        medians = {b["run_name"].split("/iterations")[0]: b["real_time"] for b in json.loads(text)["benchmarks"]
+                   if b.get("aggregate_name") == "median"}
+        cards = medians["rebuildCards/2000"]
+        self.report.add("rebuild the cards of 2,000 vaulted products", "of 200", cards / medians["rebuildCards/200"], 11.0,
+                        f"{cards / 2000:.3f} ms a product")
+        self.report.add("parse a manifest of 10,000 products", "juce::JSON::parse of it alone",
+                        medians["parseManifestWhole"] / medians["parseJsonAlone"], 2.0)
+        self.report.add("paint a whole page", "drawing one full-window image", medians["paintPage"] / medians["drawOneImage"], 4.0)
+
+    def hub_home(self):
+        """A HOME with 200 products in the Vault and no network to wait for."""
+        home = self.path("hub-home")
+        if not os.path.isdir(home):
+            os.makedirs(home)
+            timed(["env", f"HUB_BENCHMARK_HOME={home}", self.micro, "--benchmark_filter=rebuildCards/200$"])
+            with open(os.path.join(home, ".config", "ZORVA Hub", "settings.json"), "w") as out:
+                out.write('{"manifestUrl": "https://127.0.0.1:9/manifest.json"}')
+        return home
+
+    def start(self):
+        in_home = ["env", f"HOME={self.hub_home()}", self.first_paint]
+        mine, peer = [], []
+        for _ in range(self.runs * 2):
+            mine.append(float(timed(in_home + ["ZORVA Hub", "000000", self.hub])[1]))
+            peer.append(float(timed(in_home + ["Bare window", "000000", self.bare])[1]))
+        self.report.add("start to first paint, 200 products in the Vault", "a bare JUCE window", ratio(mine, peer), 1.5)
+
+    def idle(self):
+        mine = idle_figures([self.hub], self.hub_home(), 10)
+        peer = idle_figures([self.bare], self.hub_home(), 10)
+        self.report.add("memory when idle", "a bare JUCE window", mine["kib"] / peer["kib"], 2.0,
+                        f"{mine['kib'] // 1024} MiB, pictures in view included")
+        self.report.add("wake-ups in 10 s when idle, more than the bare window's", "none", mine["switches"] - peer["switches"], 5.0,
+                        f"{mine['switches']} against {peer['switches']}")
+
+
+def peak_kib(text):
+    return int(re.search(r"^peak (\d+)$", text, re.M).group(1))
+
+
+def idle_figures(command, home, seconds):
+    process = subprocess.Popen(command, env={**os.environ, "HOME": home}, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        time.sleep(5)
+        before = voluntary_switches(process.pid)
+        time.sleep(seconds)
+        with open(f"/proc/{process.pid}/smaps_rollup") as rollup:
+            kib = int(re.search(r"^Pss:\s+(\d+)", rollup.read(), re.M).group(1))
+        return {"kib": kib, "switches": voluntary_switches(process.pid) - before}
+    finally:
+        process.send_signal(signal.SIGINT)
+        process.wait()
+
+
+def voluntary_switches(pid):
+    total = 0
+    for task in os.listdir(f"/proc/{pid}/task"):
+        with open(f"/proc/{pid}/task/{task}/status") as status:
+            total += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read(), re.M).group(1))
+    return total
+
+
+def write_table(rows, output):
+    lines = ["# Performance", "",
+             "Ratios of medians, measured side by side in one run by `benchmarks/run.py`, which writes this page. A bar is met when the "
+             "ratio is not above it.", "",
+             "| What | Against | Ratio | Bar | Met | Remark |", "|---|---|---|---|---|---|"]
+    lines += ["| " + " | ".join(row) + " |" for row in rows]
+    with open(output, "w") as out:
+        out.write("\n".join(lines) + "\n")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build")
+    parser.add_argument("--quick", action="store_true")
+    parser.add_argument("--output", default=os.path.join(ROOT, "docs", "performance.md"))
+    options = parser.parse_args()
+    if not os.environ.get("DISPLAY"):
+        sys.exit("run it under scripts/xvfb.sh: the start and idle figures need a display")
+    with tempfile.TemporaryDirectory() as scratch:
+        bench = Bench(os.path.abspath(options.build), options.quick, scratch)
+        bench.make_big_file()
+        for step in (bench.verify, bench.download, bench.install, bench.in_process, bench.start, bench.idle):
+            step()
+        write_table(bench.report.rows, options.output)
+
+
+main()

@@ -1,0 +1,34 @@
+# hub_use_house_rules (target): our warnings, as errors, and the shared precompiled header.
+function(hub_use_house_rules target)
+  target_include_directories(${target} PUBLIC "${CMAKE_SOURCE_DIR}/src")
+  target_link_libraries(${target} PUBLIC hub_juce PRIVATE juce::juce_recommended_warning_flags)
+  target_compile_options(${target} PRIVATE -Werror)
+  target_precompile_headers(${target} REUSE_FROM hub_pch)
+endfunction()
+
+# hub_add_library (name SOURCES ... LIBRARIES ...): the static library hub_<name>.
+function(hub_add_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_library(hub_${name} STATIC ${ARG_SOURCES})
+  hub_use_house_rules(hub_${name})
+  target_link_libraries(hub_${name} PUBLIC ${ARG_LIBRARIES})
+endfunction()
+
+# hub_add_folder (name libraries...): the static library hub_<name> of all of src/<name>.
+function(hub_add_folder name)
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${name}/*.cpp")
+  hub_add_library(${name} SOURCES ${sources} LIBRARIES ${ARGN})
+endfunction()
+
+# hub_add_test_program (name SOURCES ... LIBRARIES ... LABELS ...): one GoogleTest executable; CTest runs each of its tests in a
+# process of its own.
+function(hub_add_test_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;LABELS;PROPERTIES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  hub_use_house_rules(${name})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} hub_test_support)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST
+    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 180
+               FAIL_REGULAR_EXPRESSION "JUCE Assertion failure;Leaked objects detected"
+               ${ARG_PROPERTIES})
+endfunction()

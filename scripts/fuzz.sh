@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# fuzz.sh SECONDS: runs every fuzz target of build/asan for so long, starting from its corpus. New inputs stay in build/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+passed=0
+failed=0
+for target in build/asan/tests/fuzz/fuzz_*; do
+  [ -x "$target" ] && [ -f "$target" ] || continue
+  name="$(basename "$target")"
+  found="build/fuzz-found/$name"
+  mkdir -p "$found"
+  if "$target" -max_total_time="$1" -rss_limit_mb=4096 -timeout=20 -print_final_stats=0 -verbosity=0 \
+       -artifact_prefix="$found/crash-" "$found" "tests/fuzz/corpus/${name#fuzz_}" > "build/$name.log" 2>&1; then
+    passed=$((passed + 1))
+    echo "clean: $name, $1 s"
+  else
+    failed=$((failed + 1))
+    echo "FAILED: $name"
+    tail -n 40 "build/$name.log"
+  fi
+done
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ] && [ "$passed" -gt 0 ]

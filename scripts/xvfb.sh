@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# xvfb.sh COMMAND...: runs COMMAND on a private X server (a free display number) with the openbox window manager.
+set -u
+pipe="$(mktemp -u)"
+mkfifo "$pipe"
+Xvfb -displayfd 3 -screen 0 "${HUB_SCREEN:-1400x900x24}" -nolisten tcp 3>"$pipe" >/dev/null 2>&1 &
+server=$!
+read -r number < "$pipe"
+rm -f "$pipe"
+export DISPLAY=":$number"
+openbox >/dev/null 2>&1 &
+manager=$!
+for _ in $(seq 50); do xdotool get_desktop >/dev/null 2>&1 && break; sleep 0.1; done   # answers once a window manager runs
+"$@"
+rc=$?
+kill "$manager" "$server" 2>/dev/null
+wait "$manager" "$server" 2>/dev/null
+exit "$rc"

@@ -1,0 +1,21 @@
+#include "app/HubMainWindow.h"
+
+namespace zorva
+{
+HubMainWindow::HubMainWindow (const juce::String& name)
+    : juce::DocumentWindow (name, juce::Colour (0xff141414), juce::DocumentWindow::allButtons, true)
+{
+}
+
+void HubMainWindow::closeButtonPressed()
+{
+    if (auto* application = juce::JUCEApplicationBase::getInstance())
+        application->systemRequestedQuit();
+}
+
+int HubMainWindow::getDesktopWindowStyleFlags() const
+{
+    const int style = juce::DocumentWindow::getDesktopWindowStyleFlags();
+    return isResizable() ? style | juce::ComponentPeer::windowIsResizable : style;
+}
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace zorva
+{
+/** The Hub's one top-level window. Closing it asks the application to quit, without a question. Message thread. */
+class HubMainWindow final : public juce::DocumentWindow
+{
+public:
+    explicit HubMainWindow (const juce::String& name);
+
+    void closeButtonPressed() override;
+
+    /** Adds what the framework leaves out on Linux for a native title bar: without the flag such a window could not be resized
+        and would have no smallest size. */
+    int getDesktopWindowStyleFlags() const override;
+};
+}

@@ -1,0 +1,53 @@
+#include "app/ZorvaHubApplication.h"
+
+#include "app/HubPaths.h"
+#include "ui/MainHubComponent.h"
+
+namespace zorva
+{
+ZorvaHubApplication::~ZorvaHubApplication()
+{
+    mainWindow.reset();
+    lookAndFeel.reset();
+}
+
+void ZorvaHubApplication::initialise (const juce::String&)
+{
+    HubPaths::ensureDirectories();
+
+    lookAndFeel = std::make_unique<HubLookAndFeel>();
+    juce::LookAndFeel::setDefaultLookAndFeel (lookAndFeel.get());
+
+    auto window = std::make_unique<HubMainWindow> (getApplicationName());
+    window->setUsingNativeTitleBar (true);
+    window->setContentOwned (new MainHubComponent(), true);
+    window->setResizable (true, true);
+    window->setResizeLimits (900, 600, 10000, 10000);
+    window->centreWithSize (window->getWidth(), window->getHeight());
+    window->setVisible (true);
+
+    // Stored last: a second start that arrives before this finds no window and does nothing.
+    mainWindow = std::move (window);
+    secondInstance.listen ([this] { anotherInstanceStarted ({}); });
+}
+
+void ZorvaHubApplication::shutdown()
+{
+    if (lookAndFeel == nullptr)
+    {
+        platform::SecondInstance::notifyFirst();
+        return;
+    }
+
+    secondInstance.stop();
+    mainWindow.reset();
+    juce::LookAndFeel::setDefaultLookAndFeel (nullptr);
+    lookAndFeel.reset();
+}
+
+void ZorvaHubApplication::anotherInstanceStarted (const juce::String&)
+{
+    if (mainWindow != nullptr)
+        mainWindow->toFront (true);
+}
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <sys/types.h>
+
+namespace zorva::platform
+{
+/** The file-creation mask the process was started with, for the programs that it starts. */
+mode_t userFileMask();
+}

@@ -1,0 +1,14 @@
+#include "platform/KnownFolders.h"
+
+namespace zorva::platform
+{
+juce::File configurationFolder()
+{
+    return juce::File::getSpecialLocation (juce::File::userApplicationDataDirectory);
+}
+
+juce::File localDataFolder()
+{
+    return juce::File::getSpecialLocation (juce::File::windowsLocalAppData);
+}
+}

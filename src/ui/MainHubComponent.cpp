@@ -1,0 +1,309 @@
+#include "ui/MainHubComponent.h"
+
+#include "app/HubPaths.h"
+#include "app/HubSettings.h"
+#include "support/Text.h"
+#include "ui/CardModels.h"
+#include "ui/HubPalette.h"
+#include "ui/RecoveryNotice.h"
+#include "ui/TextPainting.h"
+
+namespace zorva
+{
+namespace
+{
+const char* titleOf (Sidebar::Tab tab)
+{
+    switch (tab)
+    {
+        case Sidebar::Tab::community:   return "COMMUNITY";
+        case Sidebar::Tab::library:     return "LIBRARY";
+        case Sidebar::Tab::settings:    return "SETTINGS";
+        case Sidebar::Tab::about:       return "ABOUT";
+    }
+
+    return "";
+}
+}
+
+MainHubComponent::MainHubComponent()
+{
+    settings = HubSettings::load();
+    HubPaths::ensureDirectories();
+
+    if (HubSettings::getClearManifestCacheOnStartup (settings))
+        HubPaths::manifestCacheFile().deleteFile();
+
+    manifestService = std::make_unique<ManifestService> (settings);
+    downloadService = std::make_unique<DownloadService>();
+    vaultStore = std::make_unique<VaultStore>();
+    installService = std::make_unique<InstallService>();
+
+    sidebar = std::make_unique<Sidebar>();
+    sidebar->setComponentID ("sidebar");
+    sidebar->setCurrentTab (currentTab);
+    sidebar->onTabChanged = [this] (Sidebar::Tab tab)
+    {
+        currentTab = tab;
+        updatePageVisibility();
+        resized();
+    };
+    addAndMakeVisible (*sidebar);
+
+    createHeader();
+    createLibrary();
+    createDetailPane();
+    createStatusBar();
+    showRecoveryNotice();
+
+    tooltipWindow = std::make_unique<juce::TooltipWindow> (this, 400);
+    focusRing = std::make_unique<FocusRing> (*this);
+    focusRing->watch (*libraryViewport, -2);
+
+    rebuildModels();
+    refreshViews();
+    updatePageVisibility();
+    setSize (1100, 720);
+    refreshCatalogue();
+}
+
+MainHubComponent::~MainHubComponent() = default;
+
+void MainHubComponent::createHeader()
+{
+    connectionPill = std::make_unique<ConnectionPill>();
+    connectionPill->setComponentID ("connectionPill");
+    connectionPill->setOnline (false);
+    addAndMakeVisible (*connectionPill);
+
+    searchBox = std::make_unique<juce::TextEditor>();
+    searchBox->setComponentID ("searchBox");
+    searchBox->setReadOnly (true);
+    searchBox->setCaretVisible (false);
+    searchBox->setTextToShowWhenEmpty (utf8 ("Search products\xe2\x80\xa6  (planned)"), HubPalette::textSecondary);
+    searchBox->setTooltip ("Product search is not available in this release");
+    searchBox->setTitle ("Search products");
+    searchBox->setDescription ("Product search is not available in this release");
+    searchBox->setFont (plainFont (12.0f));
+    searchBox->setIndents (8, 6);
+    addAndMakeVisible (*searchBox);
+
+    releaseNotice = std::make_unique<juce::Label>();
+    releaseNotice->setComponentID ("releaseNotice");
+    releaseNotice->setText ("ZORVA FOR WINDOWS   |   FINAL NATIVE VALIDATION UNDERWAY   |   TARGET RELEASE WITHIN DAYS",
+                            juce::dontSendNotification);
+    releaseNotice->setJustificationType (juce::Justification::centred);
+    releaseNotice->setFont (boldFont (12.0f));
+    releaseNotice->setColour (juce::Label::textColourId, juce::Colour (0xfff5fbff));
+    releaseNotice->setInterceptsMouseClicks (false, false);
+    releaseNotice->setTitle ("ZORVA for Windows release notice");
+    releaseNotice->setDescription ("ZORVA for Windows is in final native validation, with release targeted within days.");
+    addAndMakeVisible (*releaseNotice);
+}
+
+void MainHubComponent::createLibrary()
+{
+    productGrid = std::make_unique<ProductGrid>();
+    productGrid->setComponentID ("productGrid");
+    productGrid->onProductSelected = [this] (const juce::String& productId) { selectProduct (productId); };
+    productGrid->onProductAction = [this] (const juce::String& productId, const juce::String& action)
+    {
+        handleProductAction (productId, action);
+    };
+
+    libraryContent = std::make_unique<juce::Component>();
+    libraryContent->setComponentID ("libraryContent");
+    libraryContent->addAndMakeVisible (*productGrid);
+
+    libraryViewport = std::make_unique<juce::Viewport>();
+    libraryViewport->setComponentID ("libraryViewport");
+    libraryViewport->setTitle ("Product library");
+    libraryViewport->setDescription ("All products. Scroll with the arrow keys.");
+    libraryViewport->setViewedComponent (libraryContent.get(), false);
+    libraryViewport->setScrollBarsShown (true, false);
+    libraryViewport->setScrollBarThickness (MainHubLayout::scrollBarThickness);
+    addAndMakeVisible (*libraryViewport);
+}
+
+void MainHubComponent::createDetailPane()
+{
+    detailPane = std::make_unique<DetailPane>();
+    detailPane->setComponentID ("detailPane");
+    detailPane->onClose = [this] { clearSelection(); };
+    detailPane->onAction = [this] (const juce::String& action)
+    {
+        handleProductAction (detailPane->selectedProductId(), action);
+    };
+    addChildComponent (*detailPane);
+}
+
+void MainHubComponent::createStatusBar()
+{
+    statusBar = std::make_unique<StatusBar>();
+    statusBar->setComponentID ("statusBar");
+    statusBar->onVaultClicked = [this] { openVaultFolder(); };
+    addAndMakeVisible (*statusBar);
+}
+
+void MainHubComponent::showRecoveryNotice()
+{
+    const auto notice = makeRecoveryNotice (vaultStore->getRecoveryNotes(), installService->getRecoveryNotes());
+
+    if (! notice.has_value())
+        return;
+
+    statusBar->setStatusMessage (notice->statusLine);
+
+    // Posted, so that the box opens after the window is on the screen.
+    juce::MessageManager::callAsync ([safeThis = SafePointer (this), title = notice->title, body = notice->body]
+    {
+        if (safeThis != nullptr)
+            juce::AlertWindow::showMessageBoxAsync (juce::MessageBoxIconType::WarningIcon, title, body);
+    });
+}
+
+//==============================================================================
+void MainHubComponent::rebuildModels()
+{
+    models = deriveCardModels (manifestService->getProducts(), VaultIndex(), InstalledIndex(), downloadProgress, activeInstalls);
+}
+
+void MainHubComponent::refreshViews()
+{
+    const bool online = manifestService->isOnline();
+    productGrid->setOnline (online);
+    productGrid->setModels (models);
+
+    if (currentTab == Sidebar::Tab::library)
+        resized();
+
+    if (hasSelection)
+    {
+        if (const auto* model = findModel (selectedProductId))
+        {
+            detailPane->setOnline (online);
+            detailPane->setModel (*model);
+        }
+        else
+        {
+            clearSelection();
+        }
+    }
+
+    statusBar->setVaultPath (HubPaths::vaultDirectory().getFullPathName());
+    statusBar->setFreeBytes (vaultStore->freeBytes());
+}
+
+void MainHubComponent::updatePageVisibility()
+{
+    const bool showsLibrary = currentTab == Sidebar::Tab::library;
+    libraryViewport->setVisible (showsLibrary);
+    detailPane->setVisible (showsLibrary && hasSelection);
+    searchBox->setVisible (showsLibrary);
+    repaint();
+}
+
+void MainHubComponent::refreshCatalogue()
+{
+    manifestService->refresh ([safeThis = SafePointer (this)] (const std::vector<Product>&, bool online)
+    {
+        if (safeThis == nullptr)
+            return;
+
+        safeThis->connectionPill->setOnline (online);
+        safeThis->rebuildModels();
+        safeThis->refreshViews();
+    });
+}
+
+void MainHubComponent::selectProduct (const juce::String& productId)
+{
+    selectedProductId = productId;
+    hasSelection = true;
+
+    if (const auto* model = findModel (productId))
+    {
+        detailPane->setOnline (manifestService->isOnline());
+        detailPane->setModel (*model);
+    }
+
+    updatePageVisibility();
+    resized();
+}
+
+void MainHubComponent::clearSelection()
+{
+    hasSelection = false;
+    selectedProductId.clear();
+    detailPane->clear();
+    updatePageVisibility();
+    resized();
+}
+
+ProductCardModel* MainHubComponent::findModel (const juce::String& productId)
+{
+    const auto found = std::find_if (models.begin(), models.end(),
+                                     [&] (const ProductCardModel& model) { return model.product.id == productId; });
+    return found != models.end() ? &*found : nullptr;
+}
+
+juce::String MainHubComponent::displayNameFor (const juce::String& productId)
+{
+    const auto* model = findModel (productId);
+    return model != nullptr ? model->product.name : productId;
+}
+
+//==============================================================================
+void MainHubComponent::resized()
+{
+    const auto layout = layoutMainHub (getWidth(), getHeight(), connectionPill->getPreferredWidth(), detailPane->isVisible());
+
+    statusBar->setBounds (layout.statusBar);
+    sidebar->setBounds (layout.sidebar);
+    releaseNotice->setBounds (layout.releaseNotice);
+    searchBox->setBounds (layout.searchBox);
+    connectionPill->setBounds (layout.connectionPill);
+    layoutLibrary (layout);
+}
+
+void MainHubComponent::layoutLibrary (const MainHubLayout& layout)
+{
+    if (detailPane->isVisible())
+        detailPane->setBounds (layout.detailPane);
+
+    const int width = layout.libraryContentWidth;
+    const int gridHeight = productGrid->heightForWidth (width);
+
+    libraryViewport->setBounds (layout.libraryViewport);
+    libraryContent->setSize (width, juce::jmax (gridHeight, layout.libraryViewport.getHeight()));
+    productGrid->setBounds (0, 0, width, juce::jmax (gridHeight, layout.libraryViewport.getHeight()));
+}
+
+void MainHubComponent::paint (juce::Graphics& g)
+{
+    constexpr int left = MainHubLayout::sidebarWidth;
+    constexpr int header = MainHubLayout::headerHeight;
+    constexpr int pageTop = MainHubLayout::pageTop;
+    const int width = getWidth();
+
+    g.fillAll (HubPalette::windowBackground);
+
+    g.setColour (HubPalette::surface);
+    g.fillRect (left, 0, width - left, header);
+    g.setColour (HubPalette::border);
+    g.fillRect (left, header - 1, width - left, 1);
+
+    g.setGradientFill ({ juce::Colour (0xff0b2532), (float) left, 83.0f, juce::Colour (0xff241208), (float) width, 83.0f, false });
+    g.fillRect (left, header, width - left, MainHubLayout::noticeHeight);
+    g.setColour (juce::Colour (0x5546d7ff));
+    g.fillRect (left, pageTop - 1, width - left, 1);
+
+    drawTextLine (g, titleOf (currentTab), { 176, 0, juce::jmax (width - 192, 0), header }, boldFont (16.0f),
+                  HubPalette::textPrimary);
+}
+
+void MainHubComponent::paintOverChildren (juce::Graphics& g)
+{
+    focusRing->paint (g);
+}
+}

@@ -1,0 +1,15 @@
+#include "ui/PrimaryButton.h"
+
+namespace zorva
+{
+void showAction (juce::TextButton& button, const ProductCardAction& action, const juce::String& productName)
+{
+    button.setButtonText (action.label);
+    button.setColour (juce::TextButton::buttonColourId, action.fill);
+    button.setColour (juce::TextButton::textColourOffId, action.text);
+    button.setEnabled (action.enabled);
+    button.setTooltip (action.tooltip);
+    button.setTitle (action.label + " " + productName);
+    button.setDescription (action.tooltip);
+}
+}

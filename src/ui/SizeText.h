@@ -1,0 +1,10 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+
+namespace zorva
+{
+/** A count of bytes above 0 for people: GB with one decimal place, MB and KB with up to six significant digits, else bytes.
+    Pure. */
+juce::String sizeText (juce::int64 bytes);
+}

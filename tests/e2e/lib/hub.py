@@ -1,0 +1,199 @@
+"""A Hub with a home of its own: its process, its window and its files."""
+
+import hashlib
+import json
+import os
+import shutil
+import signal
+import subprocess
+from pathlib import Path
+
+from .layout import Layout
+from .library import Library
+from .screen import Screen, WindowGone
+from .waiting import wait_for
+
+WINDOW_TITLE = "ZORVA Hub"
+START_LIMIT = 20.0
+
+
+def sha256_of(file: Path) -> str:
+    with Path(file).open("rb") as stream:
+        return hashlib.file_digest(stream, "sha256").hexdigest()
+
+
+class Hub:
+    """The binary under test, started in a home that stays from one start to the next."""
+
+    def __init__(self, binary, home: Path, screen: Screen):
+        self.binary, self.home, self.screen = str(binary), Path(home), screen
+        self.home.mkdir(parents=True)
+        self.process = None
+        self.layout = Layout()
+        self.errors = self.home.parent / f"{self.home.name}.stderr"
+
+    # ---- files
+    @property
+    def root(self) -> Path:
+        return self.home / ".config" / "ZORVA Hub"
+
+    @property
+    def vault(self) -> Path:
+        return self.root / "Vault"
+
+    @property
+    def products(self) -> Path:
+        return self.home / ".local" / "share" / "ZORVA" / "Products"
+
+    @property
+    def packs(self) -> Path:
+        return self.home / ".config" / "ZORVA DAW" / "Factory Content"
+
+    @property
+    def cache(self) -> Path:
+        return self.root / "manifest.json"
+
+    @property
+    def started_programs(self):
+        """The lines that the sample programs left when they were started."""
+        log = self.home / "zorva-sample-programs.log"
+        return log.read_text().splitlines() if log.is_file() else []
+
+    def write_settings(self, **settings) -> None:
+        self.root.mkdir(parents=True, exist_ok=True)
+        (self.root / "settings.json").write_text(json.dumps(settings))
+
+    def vault_record(self, product_id: str):
+        """The record of a vaulted product, or None."""
+        return _json(self.vault / product_id / "vault.json")
+
+    def installed(self) -> dict:
+        """installed.json, {} when there is none."""
+        return _json(self.root / "installed.json") or {}
+
+    def vault_files(self, product_id: str):
+        """The names in the product's folder of the Vault."""
+        return _names(self.vault / product_id)
+
+    def part_file(self, product_id: str):
+        """The unfinished download of a product, or None."""
+        return next(iter((self.vault / product_id).glob("*.part")), None)
+
+    def leftovers(self):
+        """Everything that only an unfinished or failed promotion leaves behind."""
+        marks = (".zorva-promotion-", ".backup-", ".promotion-backup-", ".rejected-", ".installing-")
+        places = (self.root, self.products.parent, self.packs)
+        return sorted(str(path) for place in places if place.is_dir() for path in place.rglob("*")
+                      if any(mark in path.name for mark in marks) or path.name.endswith(".part"))
+
+    # ---- process
+    def start(self, *arguments, environment=None) -> "Hub":
+        """Starts it and waits until its window is there and laid out."""
+        self.launch(*arguments, environment=environment)
+        wait_for(lambda: self.process.poll() is not None or self.windows(), "the window", START_LIMIT)
+        if self.process.poll() is not None:
+            raise AssertionError(f"the Hub ended with {self.process.returncode}: {self.errors.read_text()[-2000:]}")
+        wait_for(self._is_painted, "the first painting", START_LIMIT)
+        return self
+
+    def _is_painted(self) -> bool:
+        """True when the page is on the screen. While it starts the program makes its window more than once."""
+        try:
+            return self.library().connection() in ("online", "offline")
+        except WindowGone:
+            return False
+
+    def launch(self, *arguments, environment=None) -> None:
+        """Starts it and does not wait."""
+        variables = {**os.environ, "HOME": str(self.home), **(environment or {})}
+        with self.errors.open("w") as errors:
+            self.process = subprocess.Popen([self.binary, *arguments], env=variables, stdout=errors, stderr=errors,
+                                            cwd=self.home)
+
+    def kill(self) -> None:
+        """kill -9, as a crash or a power cut."""
+        if self.process is not None and self.process.poll() is None:
+            self.process.send_signal(signal.SIGKILL)
+            self.process.wait(10)
+
+    def quit(self) -> int:
+        """Closes the window and answers with the exit code."""
+        self.window.close()
+        return self.process.wait(10)
+
+    def destroy(self) -> None:
+        self.kill()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    # ---- window
+    def windows(self):
+        return self.screen.windows(WINDOW_TITLE)
+
+    @property
+    def window(self):
+        return wait_for(self.windows, "the Hub's window")[0]
+
+    def library(self) -> Library:
+        """The library page as it is on the screen now, with the mouse out of its way."""
+        window = self.window
+        window.move_mouse(self.layout.away)
+        return Library(self.screen.picture(), window.place(), self.layout)
+
+    def wait_for_card(self, index: int, state: str, limit: float = 10.0) -> None:
+        seen = []
+        try:
+            wait_for(lambda: seen.append(self.library().card(index)) or seen[-1] == state, "the card", limit)
+        except AssertionError:
+            raise AssertionError(f"card {index} shows \"{seen[-1]}\" and not \"{state}\" after {limit:g} s") from None
+
+    def wait_online(self) -> None:
+        wait_for(lambda: self.library().connection() == "online", "the pill to say that the catalogue was reached", 15)
+
+    def wait_for_download(self, product_id: str, file_name: str, limit: float = 20.0) -> None:
+        """Waits until the record names this file and nothing but the two is left of the download."""
+        wait_for(lambda: (self.vault_record(product_id) or {}).get("fileName") == file_name
+                 and self.vault_files(product_id) == sorted([file_name, "vault.json"]), f"{file_name} in the Vault", limit)
+
+    # ---- what a user does
+    def click_card_button(self, index: int) -> None:
+        self.window.click(self.layout.card_button(index).centre)
+
+    def choose_from_card_menu(self, index: int, entry: int) -> None:
+        """Opens a card's menu and chooses its enabled entry with this number, from 1, by the keyboard."""
+        self.window.click(self.layout.card_menu(index).centre)
+        popup = wait_for(lambda: self.screen.popups(), "the menu")[0]
+        self.window.press(*["Down"] * entry, "Return")
+        wait_for(lambda: not popup.is_open(), "the menu to go")
+
+    def select_card(self, index: int) -> None:
+        """Opens the detail pane for a card."""
+        self.window.click(self.layout.card_picture(index))
+        self.layout = Layout(self.layout.width, self.layout.height, pane=True)
+        wait_for(lambda: self.library().pane_is_open(), "the detail pane")
+
+    def close_pane(self) -> None:
+        self.window.click(self.layout.pane_close.centre)
+        wait_for(lambda: not self.library().pane_is_open(), "the detail pane to close")
+        self.layout = Layout(self.layout.width, self.layout.height)
+
+    def box(self, title: str, limit: float = 15.0):
+        """Waits for the message box with this title."""
+        return wait_for(lambda: self.screen.windows(title), f"the box \"{title}\"", limit)[0]
+
+    def answer(self, title: str, key: str = "Return", limit: float = 15.0) -> None:
+        """Waits for the message box with this title, presses a key in it and waits until it has gone."""
+        box = self.box(title, limit)
+        box.press(key)
+        wait_for(lambda: not box.is_open(), f"the box \"{title}\" to go")
+
+    def other_windows(self):
+        """The titles of all managed windows but the Hub's own."""
+        return [window for window in self.screen.stacking() if window not in self.windows()]
+
+
+def _json(file: Path):
+    return json.loads(file.read_text(encoding="utf-8")) if file.is_file() else None
+
+
+def _names(folder: Path):
+    return sorted(path.name for path in folder.iterdir()) if folder.is_dir() else []

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+#include <string>
+#include <vector>
+
+namespace zorva::test
+{
+/** Writes down what happens to the entries of one folder while it lives, in order and without missing anything in between. */
+class FolderWatch
+{
+public:
+    explicit FolderWatch (const juce::File& folder);
+    ~FolderWatch();
+
+    /** What happened so far, oldest first: "appeared NAME", "vanished NAME", "read NAME" (closed after being open for reading only;
+        for folders too, when they were listed). */
+    const std::vector<std::string>& events();
+
+    /** How often this event was written down. */
+    int count (const std::string& event);
+
+private:
+    int handle = -1;
+    std::vector<std::string> collected;
+
+    JUCE_DECLARE_NON_COPYABLE (FolderWatch)
+};
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+
+namespace zorva::test
+{
+/** Mounts that this test process alone sees. They provoke what permissions cannot, since root ignores those: paths that can be
+    neither moved nor removed, folders that cannot be written, disks that are full, and the system's list of certificate
+    authorities. What is mounted vanishes with the process. A mount that cannot be made fails the test with the reason. */
+namespace PrivateMounts
+{
+/** Gives the process a mount namespace of its own, with a user namespace where the user is not root. Call first thing in main,
+    while the process has one thread; where an earlier library has started a thread of its own, the program starts itself again
+    through unshare(1). */
+void enter (char** argv);
+
+/** Empty when mounts can be made, otherwise why not. */
+juce::String problem();
+
+/** Shows one file or folder in the place of another of the same kind. False, with a test failure, when that is not possible. */
+bool showInPlaceOf (const juce::File& what, const juce::File& where);
+}
+
+/** While it lives, the file or folder can be neither renamed nor removed, but read and written as before. */
+class BusyPath
+{
+public:
+    explicit BusyPath (const juce::File& existing);
+    ~BusyPath();
+
+private:
+    juce::File path;
+
+    JUCE_DECLARE_NON_COPYABLE (BusyPath)
+};
+
+/** While it lives, nothing in the folder can be made, changed or removed. */
+class ReadOnlyFolder
+{
+public:
+    explicit ReadOnlyFolder (const juce::File& existing);
+    ~ReadOnlyFolder();
+
+private:
+    juce::File path;
+
+    JUCE_DECLARE_NON_COPYABLE (ReadOnlyFolder)
+};
+
+/** While it lives, the folder is an empty disk of its own, of four megabytes and for only so many files and folders. */
+class SmallDisk
+{
+public:
+    SmallDisk (const juce::File& existing, int numberOfFiles);
+    ~SmallDisk();
+
+    /** Makes empty files until there is no room for one more. */
+    void fill();
+
+    /** Writes one file until there is no room for one more byte of content anywhere. */
+    void fillWithBytes();
+
+    /** Removes what the two made. */
+    void clear();
+
+private:
+    int addFiller();
+
+    juce::File path;
+    juce::Array<juce::File> filler;
+
+    JUCE_DECLARE_NON_COPYABLE (SmallDisk)
+};
+}

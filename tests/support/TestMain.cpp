@@ -1,0 +1,27 @@
+#include "support/GuiHarness.h"
+#include "support/PrivateMounts.h"
+#include "support/TestHome.h"
+
+#include <clocale>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+int main (int argc, char** argv)
+{
+    zorva::test::PrivateMounts::enter (argv);    // before any library starts a thread
+    ::testing::InitGoogleTest (&argc, argv);
+    std::setlocale (LC_CTYPE, "C.UTF-8");
+    const zorva::test::TestHome home;
+
+    // Makes JUCEApplicationBase::isStandaloneApp() true, as the application's start macro does. Without it JUCE installs no X
+    // error handler, and the first harmless X error ends the process.
+    juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* { return nullptr; };
+
+    // No test needs an X server, and one that happens to run would be asked for its settings and could end the process by its end.
+    // The name must be set to one that leads nowhere: without a name the framework looks for the first display.
+    ::setenv ("DISPLAY", "none", 1);
+
+    juce::ScopedJuceInitialiser_GUI gui;    // one a process; makes this thread the message thread
+    zorva::test::ensureFakeDisplay();
+    return RUN_ALL_TESTS();
+}
