@@ -4,12 +4,18 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 passed=0
 failed=0
+
+# A target that found a way out of its directory must not reach the machine: all but the folder of findings is read-only.
+confined() {
+  unshare -Urm sh -c 'mount --make-rprivate / && mount --bind "$1" "$1" && mount -o remount,bind,ro / && shift && exec "$@"' \
+    sh "$PWD/build/fuzz-found" "$@"
+}
 for target in build/asan/tests/fuzz/fuzz_*; do
   [ -x "$target" ] && [ -f "$target" ] || continue
   name="$(basename "$target")"
-  found="build/fuzz-found/$name"
+  found="$PWD/build/fuzz-found/$name"
   mkdir -p "$found"
-  if "$target" -max_total_time="$1" -rss_limit_mb=4096 -timeout=20 -print_final_stats=0 -verbosity=0 \
+  if confined "$target" -max_total_time="$1" -rss_limit_mb=4096 -timeout=20 -print_final_stats=0 -verbosity=0 \
        -artifact_prefix="$found/crash-" "$found" "tests/fuzz/corpus/${name#fuzz_}" > "build/$name.log" 2>&1; then
     passed=$((passed + 1))
     echo "clean: $name, $1 s"

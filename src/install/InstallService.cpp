@@ -30,10 +30,10 @@ juce::CriticalSection& installLock()
     what it holds is also released there. */
 void report (InstallService::InstallCallback onDone, bool success, const juce::String& message)
 {
-    juce::MessageManager::callAsync ([onDone = std::move (onDone), success, message]
+    juce::MessageManager::callAsync ([callback = std::move (onDone), success, message]
     {
-        if (onDone != nullptr)
-            onDone (success, message);
+        if (callback != nullptr)
+            callback (success, message);
     });
 }
 

@@ -51,7 +51,7 @@ bool isWithinDepth (const juce::String& text)
 {
     int depth = 0;
 
-    for (auto position = text.toRawUTF8(); *position != 0;)
+    for (auto position = toBracketOrString (text.toRawUTF8()); *position != 0; position = toBracketOrString (position))
     {
         if (isQuote (*position))
         {

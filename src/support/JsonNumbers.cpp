@@ -2,6 +2,8 @@
 
 #include "support/JsonScan.h"
 
+#include <cstring>
+
 namespace zorva
 {
 using namespace JsonScan;
@@ -76,6 +78,11 @@ struct Number
     const char* end = nullptr;
     bool exponentIsNegative = false;
 };
+/** The next digit, minus sign or opening quote from here on; the text's end when there is none. */
+const char* toNumberOrString (const char* position)
+{
+    return position + std::strcspn (position, "\"'-0123456789");
+}
 }
 
 juce::String withSafeNumbers (const juce::String& json)
@@ -85,7 +92,7 @@ juce::String withSafeNumbers (const juce::String& json)
     auto copiedUpTo = begin;
     juce::MemoryOutputStream rewritten;
 
-    for (auto position = begin; position != end;)
+    for (auto position = toNumberOrString (begin); position < end; position = toNumberOrString (position))
     {
         if (isQuote (*position))
         {
@@ -104,13 +111,9 @@ juce::String withSafeNumbers (const juce::String& json)
 
             position = number.end;
         }
-        else if (*position == '-' && ! isDigit (*afterBlanks (position + 1)))
+        else if (! isDigit (*afterBlanks (++position)))
         {
             return {};
-        }
-        else
-        {
-            ++position;
         }
     }
 

@@ -40,27 +40,33 @@ const char* afterBlanks (const char* position)
     return position;
 }
 
+const char* toBracketOrString (const char* position)
+{
+    return position + std::strcspn (position, "\"'[]{}");
+}
+
 const char* afterFirstValue (const char* text)
 {
     int depth = 0;
+    auto position = toBracketOrString (text);
 
-    for (auto position = text; *position != 0;)
+    while (*position != 0)
     {
         if (isQuote (*position))
         {
-            position = afterString (position);
+            position = toBracketOrString (afterString (position));
             continue;
         }
 
         if (isOpeningBracket (*position))
             ++depth;
-        else if (isClosingBracket (*position) && --depth <= 0)
+        else if (--depth <= 0)
             return position + 1;
 
-        ++position;
+        position = toBracketOrString (position + 1);
     }
 
-    return text + std::strlen (text);
+    return position;
 }
 
 bool fitsInteger (const char* begin, const char* end)

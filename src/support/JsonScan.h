@@ -18,6 +18,9 @@ inline bool isClosingBracket (char c)       { return c == ']' || c == '}'; }
 /** Behind the string whose opening quote is here, escapes heeded; the end of the text when it is never closed. */
 const char* afterString (const char* openingQuote);
 
+/** The next bracket of either kind or opening quote from here on; the text's end when there is none. */
+const char* toBracketOrString (const char* position);
+
 /** Behind the digits that begin here, if any do. */
 const char* afterDigits (const char* position);
 

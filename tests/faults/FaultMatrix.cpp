@@ -1,6 +1,7 @@
 #include "ForkedRun.h"
 #include "Scenarios.h"
 #include "Snapshot.h"
+#include "support/PrivateMounts.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -203,6 +204,17 @@ void tryRecoveryOf (const Scenario& scenario, StartState state, const World& wor
 int main (int argc, char** argv)
 {
     using namespace zorva::faults;
+
+    // Whatever goes wrong in here must not reach the machine.
+    zorva::test::PrivateMounts::enter (argv);
+    std::filesystem::create_directories (scratchFolder);
+
+    if (! zorva::test::PrivateMounts::confineTo (juce::File (scratchFolder)))
+    {
+        std::cout << zorva::test::PrivateMounts::problem() << std::endl;
+        return 1;
+    }
+
     const int shard = argc > 2 ? std::atoi (argv[1]) : 0;
     const int shards = argc > 2 ? std::atoi (argv[2]) : 1;
     const World world;

@@ -77,12 +77,7 @@ static void replaceTree (const std::filesystem::path& original, const std::files
 
 World::World()
 {
-    auto pattern = (std::filesystem::temp_directory_path() / "zorva-hub-faults-XXXXXX").string();
-
-    if (::mkdtemp (pattern.data()) == nullptr)
-        std::abort();
-
-    root = pattern;
+    root = std::filesystem::path (scratchFolder) / "faults";
     homeDirectory = root / "home";
     clear();
 }

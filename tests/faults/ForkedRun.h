@@ -8,6 +8,9 @@
 
 namespace zorva::faults
 {
+/** Where the process has a disk of its own, in memory. */
+constexpr const char* scratchFolder = "/tmp/zorva-hub-tests";
+
 /** What became of one operation in a process of its own. */
 struct ForkedRun
 {

@@ -8,12 +8,13 @@
 
 namespace zorva::fuzz
 {
-/** A scratch HOME for the whole run of a fuzz target, under the system's directory for temporary files. */
+/** A scratch HOME for the whole run of a fuzz target, in memory: everything else is read-only while the
+    targets run under scripts/fuzz.sh. */
 inline const juce::File& home()
 {
     static const juce::File directory = []
     {
-        std::string pattern = "/tmp/zorva-hub-fuzz-XXXXXX";
+        std::string pattern = "/dev/shm/zorva-hub-fuzz-XXXXXX";
 
         if (::mkdtemp (pattern.data()) == nullptr || ::setenv ("HOME", pattern.c_str(), 1) != 0)
             std::abort();

@@ -22,6 +22,12 @@ juce::String& storedProblem()
     return text;
 }
 
+bool failWith (const juce::String& what)
+{
+    storedProblem() = what + ": " + juce::String::fromUTF8 (std::strerror (errno));
+    return false;
+}
+
 bool writeWhole (const char* path, const juce::String& text)
 {
     const auto handle = ::open (path, O_WRONLY | O_CLOEXEC);
@@ -76,15 +82,10 @@ bool enterNamespace (char** argv)
     return false;
 }
 
-juce::String errorText()
-{
-    return juce::String::fromUTF8 (std::strerror (errno));
-}
-
 bool report (bool ok, const juce::String& what, const juce::File& where)
 {
     if (! ok)
-        ADD_FAILURE() << "Could not mount " << what << " at " << where.getFullPathName() << ": " << errorText()
+        ADD_FAILURE() << "Could not mount " << what << " at " << where.getFullPathName() << ": " << std::strerror (errno)
                       << (PrivateMounts::problem().isEmpty() ? "" : " - ") << PrivateMounts::problem();
 
     return ok;
@@ -98,6 +99,27 @@ bool bind (const juce::File& what, const juce::File& where)
 void unmount (const juce::File& path)
 {
     ::umount2 (path.getFullPathName().toRawUTF8(), MNT_DETACH);
+}
+
+std::vector<juce::File> foldersThatStayWritable()
+{
+    std::vector<juce::File> folders;
+
+    if (const auto here = juce::File::getCurrentWorkingDirectory(); here.getChildFile ("CTestTestfile.cmake").existsAsFile())
+        folders.push_back (here);
+
+    if (const auto pictures = juce::File (HUB_TEST_SUPPORT_FOLDER).getSiblingFile ("ui/snapshots");
+        juce::String (std::getenv ("HUB_UPDATE_SNAPSHOTS")) == "1" && pictures.isDirectory())
+        folders.push_back (pictures);
+
+    return folders;
+}
+
+bool makeWritable (const juce::File& folder)
+{
+    mount_attr writable {};
+    writable.attr_clr = MOUNT_ATTR_RDONLY;
+    return bind (folder, folder) && ::mount_setattr (AT_FDCWD, folder.getFullPathName().toRawUTF8(), 0, &writable, sizeof (writable)) == 0;
 }
 
 /** A namespace inside another must keep the outer mount's restrictions when it remounts. */
@@ -124,15 +146,34 @@ unsigned long restrictionsOf (const juce::File& path)
 void PrivateMounts::enter (char** argv)
 {
     if (! enterNamespace (argv))
-    {
-        storedProblem() = "These tests need a mount namespace of their own, as root or through a user namespace: " + errorText();
-        return;
-    }
-
-    if (::mount (nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-        storedProblem() = "The mount namespace could not be made private: " + errorText();
+        failWith ("These tests need a mount namespace of their own, as root or through a user namespace");
+    else if (::mount (nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        failWith ("The mount namespace could not be made private");
     else
         storedProblem().clear();
+}
+
+bool PrivateMounts::confineTo (const juce::File& existing)
+{
+    if (problem().isNotEmpty())
+        return false;
+
+    mount_attr readOnly {};
+    readOnly.attr_set = MOUNT_ATTR_RDONLY;
+
+    if (::mount_setattr (AT_FDCWD, "/", AT_RECURSIVE, &readOnly, sizeof (readOnly)) != 0)
+        return failWith ("The machine could not be made read-only");
+
+    for (const auto& folder : foldersThatStayWritable())
+        if (! makeWritable (folder))
+            return failWith ("Could not keep " + folder.getFullPathName() + " writable");
+
+    juce::File::getCurrentWorkingDirectory().setAsCurrentWorkingDirectory();    // enters what is mounted there now
+
+    if (::mount ("tmpfs", existing.getFullPathName().toRawUTF8(), "tmpfs", 0, "mode=700") != 0)
+        return failWith ("Could not put a disk in memory at " + existing.getFullPathName());
+
+    return true;
 }
 
 juce::String PrivateMounts::problem()

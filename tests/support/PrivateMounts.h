@@ -14,7 +14,12 @@ namespace PrivateMounts
     through unshare(1). */
 void enter (char** argv);
 
-/** Empty when mounts can be made, otherwise why not. */
+/** Makes the whole machine read-only for this process, so that no test can harm it, however wrong the code under test is, and
+    puts an empty disk in memory at this folder. The folder that CTest runs the tests in stays writable, and the stored pictures
+    while HUB_UPDATE_SNAPSHOTS is 1. False when that is not possible; problem() then says why. After enter(). */
+bool confineTo (const juce::File& existing);
+
+/** Empty when mounts can be made and the process is confined, otherwise why not. */
 juce::String problem();
 
 /** Shows one file or folder in the place of another of the same kind. False, with a test failure, when that is not possible. */

@@ -1,19 +1,46 @@
 #include "support/TestHome.h"
+#include "support/PrivateMounts.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <sys/stat.h>
 
 namespace zorva::test
 {
-TestHome::TestHome()
+namespace
 {
-    juce::String pattern = juce::File::getSpecialLocation (juce::File::tempDirectory).getFullPathName() + "/zorva-hub-test-XXXXXX";
-    std::vector<char> path (pattern.toRawUTF8(), pattern.toRawUTF8() + pattern.getNumBytesAsUTF8() + 1);
+/** Where every test process mounts a disk of its own. The folder itself stays behind, empty. */
+constexpr auto mountPoint = "/tmp/zorva-hub-tests";
 
-    if (::mkdtemp (path.data()) == nullptr)
+juce::File makeFolder (const juce::String& path)
+{
+    if (::mkdir (path.toRawUTF8(), 0700) != 0 && errno != EEXIST)
         std::abort();
 
-    home = juce::File (juce::String::fromUTF8 (path.data()));
-    ::setenv ("HOME", path.data(), 1);
+    return juce::File (path);
+}
+
+/** Without a disk of its own a test still gets a folder of its own; tests that could do harm refuse to run there. */
+juce::File makeLooseFolder()
+{
+    char path[] = "/tmp/zorva-hub-test-XXXXXX";
+
+    if (::mkdtemp (path) == nullptr)
+        std::abort();
+
+    return juce::File (path);
+}
+}
+
+TestHome::TestHome()
+{
+    const auto disk = makeFolder (mountPoint);
+    isConfined = PrivateMounts::confineTo (disk);
+    folder = isConfined ? disk : makeLooseFolder();
+    home = makeFolder (folder.getFullPathName() + "/home");
+
+    ::setenv ("HOME", home.getFullPathName().toRawUTF8(), 1);
+    ::setenv ("TMPDIR", makeFolder (folder.getFullPathName() + "/tmp").getFullPathName().toRawUTF8(), 1);
 
     for (const char* name : { "http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY", "all_proxy" })
         ::unsetenv (name);
@@ -21,6 +48,7 @@ TestHome::TestHome()
 
 TestHome::~TestHome()
 {
-    home.deleteRecursively (false);
+    if (! isConfined)
+        folder.deleteRecursively (false);
 }
 }

@@ -9,6 +9,7 @@ from pathlib import Path
 from .waiting import wait_for
 
 SCREEN_SIZE = (1400, 900)
+DISPLAY_NUMBERS = range(61, 100)     # never 0: a program without DISPLAY tries that one
 
 
 def run(*command, check=True) -> str:
@@ -108,18 +109,25 @@ class Screen:
     """A display of its own, with a window manager. Ends with stop()."""
 
     def __init__(self):
-        read_end, write_end = os.pipe()
-        size = f"{SCREEN_SIZE[0]}x{SCREEN_SIZE[1]}x24"
-        self._server = subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0", size, "-nolisten", "tcp"],
-                                        pass_fds=[write_end], stderr=subprocess.DEVNULL)
-        os.close(write_end)
-        with os.fdopen(read_end) as pipe:
-            number = pipe.readline().strip()
-        if not number:
+        number = next(filter(self._start_server, DISPLAY_NUMBERS), None)
+        if number is None:
             raise RuntimeError("Xvfb did not start")
         os.environ["DISPLAY"] = f":{number}"
         self._manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False), "the window manager")
+
+    def _start_server(self, number: int) -> bool:
+        """Starts Xvfb under this number. False when it is taken."""
+        read_end, write_end = os.pipe()
+        size = f"{SCREEN_SIZE[0]}x{SCREEN_SIZE[1]}x24"
+        self._server = subprocess.Popen(["Xvfb", f":{number}", "-displayfd", str(write_end), "-screen", "0", size, "-nolisten", "tcp"],
+                                        pass_fds=[write_end], stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            if pipe.readline().strip():
+                return True
+        self._server.wait(10)
+        return False
 
     def stop(self) -> None:
         for process in (self._manager, self._server):

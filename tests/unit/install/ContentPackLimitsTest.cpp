@@ -123,10 +123,10 @@ TEST (InstallService, APackOfMoreThanEightGiBIsRefused)
 //==============================================================================
 TEST (InstallService, APackWithAnUnsafeNameIsRefused)
 {
-    const std::string tooLong (1025, 'a');
+    const std::string tooLong (1025, 'a'), elsewhere = freshFolder ("elsewhere").getFullPathName().toStdString();
 
     for (const auto& name : { std::string ("../evil"), std::string ("pack/../../evil"), std::string ("pack/.."), std::string ("."),
-                              std::string ("/etc/evil"), std::string ("\\evil"), std::string ("pack\\evil"), std::string ("..\\evil"),
+                              elsewhere + "/evil", std::string ("\\evil"), std::string ("pack\\evil"), std::string ("..\\evil"),
                               std::string ("C:/evil"), std::string ("C:evil"), std::string ("pack/a:b"), std::string ("pack//a"),
                               std::string ("pack/./a"), std::string ("pack/a."), std::string ("pack/a /b"), std::string ("pack/a\nb"),
                               std::string ("pack/a\x7f"), std::string ("/"), std::string (""), std::string ("nul"), std::string ("pack/NUL.txt"),
@@ -148,9 +148,10 @@ TEST (InstallService, APackMayHaveUnusualNames)
 
 TEST (InstallService, APackWithALinkIsRefused)
 {
-    expectRefused ("to the outside", goodPack().link ("pack/link", "/etc"), unsafeEntry);
+    const auto elsewhere = freshFolder ("elsewhere").getFullPathName().toStdString();
+    expectRefused ("to the outside", goodPack().link ("pack/link", elsewhere), unsafeEntry);
     expectRefused ("to the inside", goodPack().link ("pack/link", "LICENSE.txt"), unsafeEntry);
-    expectRefused ("followed by a file of its name", goodPack().link ("pack/link", "/tmp/evil").file ("pack/link", "x"), unsafeEntry);
+    expectRefused ("followed by a file of its name", goodPack().link ("pack/link", elsewhere + "/evil").file ("pack/link", "x"), unsafeEntry);
 }
 
 TEST (InstallService, APackWhoseNamesDifferOnlyInCaseIsRefused)

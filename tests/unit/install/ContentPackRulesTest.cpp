@@ -135,7 +135,9 @@ TEST (InstallService, AnUnpackedPackMustHoldItsPatchAndLicence)
 
 TEST (InstallService, AnUnpackedPackHoldsNoLinks)
 {
-    for (const char* destination : { "first.json", "/etc", "../../..", "/nowhere/at/all", "." })
+    const auto outside = freshFolder ("outside").getFullPathName();
+
+    for (const auto& destination : { juce::String ("first.json"), outside, juce::String ("../../.."), juce::String ("/nowhere/at/all"), juce::String (".") })
     {
         const auto staging = freshStaging();
         link (in (staging, "pack/patches/deep/er/link"), destination);

@@ -142,7 +142,7 @@ void putFileNames (Maker& make)
     make.put ("name-missing", without (app ("name-missing"), "fileName"), Maker::refused);
 
     for (const auto& [name, fileName] : { std::pair<const char*, const char*> { "name-empty", "" }, { "name-dot", "." }, { "name-up", ".." },
-                                          { "name-of-sibling", "../app/setup.exe" }, { "name-absolute", "/etc/passwd" }, { "name-backslash", "a\\b" } })
+                                          { "name-of-sibling", "../app/setup.exe" }, { "name-absolute", "/nowhere/at/all.exe" }, { "name-backslash", "a\\b" } })
         make.put (name, app (name, fileName), Maker::refused);
 
     for (const auto& [name, fileName] : { std::pair<const char*, const char*> { "name-with-path", "sub/setup.exe" }, { "name-colon", "a:b" },

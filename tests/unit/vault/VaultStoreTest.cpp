@@ -201,13 +201,15 @@ TEST (VaultStore, DeletingWhatIsNotThereRemovesNothing)
     putInVault (applicationOf ("app", "1.0.0", "x"), "setup.exe", "x");
     putInVault (applicationOf ("Cased", "1.0.0", "x"), "setup.exe", "x");
     write (HubPaths::settingsFile(), "{}");
+    const auto outside = write (in (freshFolder ("outside"), "kept"), "x").getParentDirectory();
     VaultStore store;
     const auto before = treeOf (HubPaths::root());
 
-    for (const char* id : { "unheard-of", "cased", "", ".", "..", "../Vault", "app/", "app/setup.exe", "/", "~", "*" })
+    for (const auto& id : juce::StringArray { "unheard-of", "cased", "", ".", "..", "../Vault", "app/", "app/setup.exe", "~", "*", outside.getFullPathName() })
         store.deleteFromVault (id);
 
     EXPECT_EQ (treeOf (HubPaths::root()), before);
+    EXPECT_EQ (read (in (outside, "kept")), "x");
 }
 
 TEST (VaultStore, DeletingFollowsNoLinks)
