@@ -15,10 +15,10 @@ for target in build/asan/tests/fuzz/fuzz_*; do
   name="$(basename "$target")"
   found="$PWD/build/fuzz-found/$name"
   mkdir -p "$found"
-  if confined "$target" -max_total_time="$1" -rss_limit_mb=4096 -timeout=20 -print_final_stats=0 -verbosity=0 \
+  if confined "$target" -max_total_time="$1" -rss_limit_mb=4096 -timeout=20 -print_final_stats=1 -verbosity=1 \
        -artifact_prefix="$found/crash-" "$found" "tests/fuzz/corpus/${name#fuzz_}" > "build/$name.log" 2>&1; then
     passed=$((passed + 1))
-    echo "clean: $name, $1 s"
+    echo "clean: $name, $(sed -n 's/^stat::number_of_executed_units: *//p' "build/$name.log") inputs in $1 s"
   else
     failed=$((failed + 1))
     echo "FAILED: $name"

@@ -1,8 +1,8 @@
 #include "install/ArchiveExtractor.h"
 
 #include "install/ExtractionPlan.h"
+#include "install/FolderWalk.h"
 #include "support/ChildFile.h"
-#include "support/NativePath.h"
 
 #include <unordered_map>
 #include <zlib.h>
@@ -104,39 +104,32 @@ private:
     the disk alone: a file system may hold less than was written, and may take two names for one. */
 bool holdsExactly (const juce::File& folder, const std::vector<ExtractionPlan::PlannedFile>& files)
 {
-    namespace fs = std::filesystem;
-
-    const auto root = nativePath (folder);
-
-    if (! root.has_value())
-        return false;
-
-    std::unordered_map<std::string, juce::uint64> missing;
+    std::unordered_map<juce::String, juce::uint64> missing;
     missing.reserve (files.size());
 
     for (const auto& planned : files)
-        missing.emplace (planned.path.toStdString(), (juce::uint64) planned.entry->uncompressedSize);
+        missing.emplace (planned.path, (juce::uint64) planned.entry->uncompressedSize);
 
-    const auto prefixLength = (std::ptrdiff_t) root->generic_u8string().length() + 1;
-    std::error_code error;
-
-    for (fs::recursive_directory_iterator position (*root, error), end; ! error && position != end; position.increment (error))
+    const auto isAsPlanned = [&missing] (const FolderItem& item)
     {
-        const auto type = position->symlink_status (error).type();
+        std::error_code error;
 
-        if (type == fs::file_type::directory)
-            continue;
+        if (item.entry.is_symlink (error))
+            return false;
 
-        const auto path = position->path().generic_u8string();
-        const auto planned = missing.find (std::string (path.begin() + prefixLength, path.end()));
+        if (item.entry.is_directory (error))
+            return true;
 
-        if (type != fs::file_type::regular || planned == missing.end() || position->file_size (error) != planned->second)
+        const auto planned = missing.find (item.path);
+
+        if (planned == missing.end() || ! item.entry.is_regular_file (error) || item.entry.file_size (error) != planned->second)
             return false;
 
         missing.erase (planned);
-    }
+        return true;
+    };
 
-    return ! error && missing.empty();
+    return visitAllBelow (folder, isAsPlanned) && missing.empty();
 }
 }
 

@@ -4,6 +4,7 @@
 #include "app/PathTrust.h"
 #include "install/ArchiveExtractor.h"
 #include "install/ContentArchive.h"
+#include "install/FolderWalk.h"
 #include "support/BoundedJson.h"
 #include "support/ChildFile.h"
 #include "support/RecordFile.h"
@@ -63,18 +64,21 @@ bool extract (ZipArchive& archive, const juce::File& staging, juce::String& erro
     return result.wasOk();
 }
 
-/** A plain file or folder inside a folder that is itself canonically inside lies there too, so only folders cost the full
-    question: a pack may hold tens of thousands of files. */
+/** A plain file in a folder that is itself canonically inside lies there too, so only folders cost the full question: a pack may
+    hold tens of thousands of files. */
 bool holdsNoLinkOrEscape (const juce::File& staging)
 {
-    const auto children = staging.findChildFiles (juce::File::findFilesAndDirectories, true, "*", juce::File::FollowSymlinks::no);
+    return visitAllBelow (staging, [&staging] (const FolderItem& item)
+    {
+        std::error_code error;
 
-    for (const auto& child : children)
-        if (PathTrust::isReparseOrSymlink (child)
-             || (child.isDirectory() && ! PathTrust::isCanonicallyInside (staging, child, false)))
+        if (item.entry.is_symlink (error) || error)
             return false;
 
-    return true;
+        const auto child = childOf (staging, item.path);
+        return ! item.entry.is_directory (error)
+            || (! PathTrust::isReparseOrSymlink (child) && PathTrust::isCanonicallyInside (staging, child, false));
+    });
 }
 }
 

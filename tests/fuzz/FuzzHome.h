@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <juce_events/juce_events.h>
 
+/** What the fuzzer calls with each input; every target defines it. */
+extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size);
+
 namespace zorva::fuzz
 {
 /** A scratch HOME for the whole run of a fuzz target, in memory: everything else is read-only while the

@@ -114,6 +114,7 @@ struct Scene
         pane.onAction = [this] (const juce::String& word) { notes.add (word); };
         pane.onClose = [this] { notes.add ("closed"); };
         window = std::make_unique<HeadlessWindow> (pane);
+        juce::Component::unfocusAllComponents();
         window->mouse ({ 5.0f, 5.0f }, 0);
     }
 

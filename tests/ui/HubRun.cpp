@@ -21,6 +21,7 @@ const char* nameOf (juce::MessageBoxIconType icon)
 
 HubRun::HubRun() : hub (std::make_unique<MainHubComponent>()), window (std::make_unique<HeadlessWindow> (*hub))
 {
+    juce::Component::unfocusAllComponents();   // the window gives the focus to its first widget
 }
 
 HubRun::~HubRun()

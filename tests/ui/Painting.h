@@ -32,8 +32,8 @@ juce::Image painted (int width, int height, const std::function<void (juce::Grap
 /** The same, on a ground of one colour. */
 juce::Image paintedOn (juce::Colour ground, int width, int height, const std::function<void (juce::Graphics&)>& paint);
 
-/** Empty when the pictures agree outside the spared areas; otherwise how many pixels differ, and the first of them. Channels may
-    differ by a little, since blending rounds differently in pictures with and without transparency. */
+/** Empty when the pictures agree outside the spared areas; otherwise how many pixels differ, and the first of them. Forgives what
+    rounding does to a colour, and a few pixels of rounded corners. */
 std::string difference (const juce::Image& actual, const juce::Image& expected, const std::vector<juce::Rectangle<int>>& spared = {});
 
 /** The part of a picture. */

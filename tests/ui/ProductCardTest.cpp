@@ -124,6 +124,7 @@ struct Scene
         card->onAction = [this] (const juce::String& word) { notes.add (word); };
         card->onSelected = [this] { notes.add ("selected"); };
         window = std::make_unique<HeadlessWindow> (room);
+        juce::Component::unfocusAllComponents();
         window->mouse ({ 590.0f, 470.0f }, 0);
     }
 

@@ -43,6 +43,7 @@ struct Scene
         grid.onProductAction = [this] (const juce::String& id, const juce::String& word) { notes.add (id + ": " + word); };
         grid.onProductSelected = [this] (const juce::String& id) { notes.add (id + " selected"); };
         window = std::make_unique<HeadlessWindow> (grid);
+        juce::Component::unfocusAllComponents();
     }
 
     std::vector<ProductCard*> cards() const    { return allBelow<ProductCard> (grid); }

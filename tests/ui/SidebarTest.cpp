@@ -75,6 +75,7 @@ struct Scene
     {
         sidebar.setSize (width, height);
         window = std::make_unique<HeadlessWindow> (sidebar);
+        juce::Component::unfocusAllComponents();
         sidebar.onTabChanged = [this] (Tab tab) { changes.push_back (tab); };
     }
 

@@ -74,6 +74,7 @@ struct Scene
         bar.setSize (width, height);
         bar.setVaultPath (path);
         bar.onVaultClicked = [this] { ++opened; };
+        juce::Component::unfocusAllComponents();
     }
 
     void clickAt (juce::Point<int> place)

@@ -233,6 +233,7 @@ TEST (SpaceKey, ClicksTheFocusedButton)
     parent.addAndMakeVisible (button);
     button.setBounds (0, 0, 50, 30);
     HeadlessWindow window (parent);
+    juce::Component::unfocusAllComponents();
 
     EXPECT_FALSE (clickFocusedButtonOnSpace (juce::KeyPress (juce::KeyPress::spaceKey))) << "nothing has the focus";
 
