@@ -2,12 +2,15 @@
 
 #include "support/HttpsStream.h"
 
+#include <system_error>
+
 namespace zorva
 {
 namespace
 {
 constexpr int pieceSize = 256 * 1024;
 constexpr int timeoutMs = 30000;    // to connect, and afterwards for any silence
+constexpr int partingMs = 200;      // a cancelled transfer ends within a few milliseconds, unless something is stuck
 }
 
 /** The work of a task, shared with the thread that does it, so that the task can go while the thread is stuck in the network.
@@ -45,6 +48,13 @@ public:
         // The connection is of no use any more, though the task may live on while its file is verified.
         stream.cancel();
         finish (success);
+        ended.signal();
+    }
+
+    /** True when run() is through, or gets through in this time. */
+    bool waitForEnd (int milliseconds) const
+    {
+        return ended.wait (milliseconds);
     }
 
     /** Any thread, any number of times. */
@@ -118,6 +128,7 @@ private:
     juce::URL::DownloadTaskListener* listener;
     HttpsDownloadTask* task = nullptr;
     std::unique_ptr<juce::FileOutputStream> output;
+    juce::WaitableEvent ended { true };
 
     JUCE_DECLARE_NON_COPYABLE (Transfer)
 };
@@ -132,12 +143,17 @@ std::unique_ptr<HttpsDownloadTask> HttpsDownloadTask::start (const juce::String&
     if (! transfer->createFile())
         return {};
 
-    if (juce::Thread::launch ([transfer] { transfer->run(); }))
+    try
+    {
+        task->worker = std::thread ([transfer] { transfer->run(); });
         return task;
-
-    task.reset();
-    target.deleteFile();
-    return {};
+    }
+    catch (const std::system_error&)    // the library's only way to say that there is no thread to be had
+    {
+        task.reset();
+        target.deleteFile();
+        return {};
+    }
 }
 
 HttpsDownloadTask::HttpsDownloadTask (std::shared_ptr<Transfer> transferToUse)
@@ -146,8 +162,18 @@ HttpsDownloadTask::HttpsDownloadTask (std::shared_ptr<Transfer> transferToUse)
     transfer->setTask (*this);
 }
 
+/** A thread that is still in the TLS library while the process ends could crash there, so the thread's end is waited for where
+    it is near, as it is but for a connection that is stuck. */
 HttpsDownloadTask::~HttpsDownloadTask()
 {
     transfer->abandon();
+
+    if (! worker.joinable())
+        return;
+
+    if (transfer->waitForEnd (partingMs))
+        worker.join();
+    else
+        worker.detach();
 }
 }

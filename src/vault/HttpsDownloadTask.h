@@ -2,6 +2,8 @@
 
 #include <juce_core/juce_core.h>
 
+#include <thread>
+
 namespace zorva
 {
 /** A download over https into a file, on a thread of its own that also makes the connection, so that no caller ever waits for
@@ -18,13 +20,15 @@ public:
     static std::unique_ptr<HttpsDownloadTask> start (const juce::String& address, const juce::File& target,
                                                      juce::int64 expectedSize, juce::URL::DownloadTaskListener& listener);
 
-    /** Stops the download. After this returns no event reaches the listener any more. It returns at once: a connection that is
-        stuck is left to end by itself, without the file. */
+    /** Stops the download. After this returns no event reaches the listener any more. It returns at once, or in a fifth of a
+        second when the connection is stuck, which is then left to end by itself, without the file. */
     ~HttpsDownloadTask() override;
 
 private:
     class Transfer;
     explicit HttpsDownloadTask (std::shared_ptr<Transfer> transferToUse);
-    std::shared_ptr<Transfer> transfer;
+
+    const std::shared_ptr<Transfer> transfer;
+    std::thread worker;
 };
 }

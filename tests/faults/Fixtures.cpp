@@ -45,6 +45,7 @@ static void writeArchive (const juce::File& file, const juce::StringPairArray& e
                           6, name, juce::Time (2026, 0, 1, 0, 0));
 
     file.getParentDirectory().createDirectory();
+    file.deleteFile();    // a stream on an existing file would append
     juce::FileOutputStream out (file);
     builder.writeToStream (out, nullptr);
 }

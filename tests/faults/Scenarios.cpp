@@ -206,7 +206,7 @@ const std::vector<Scenario>& allScenarios()
         { "application .exe", allStates, { productFolder, installRecord }, {}, prepareProgram, runProgram },
         { "application .zip", allStates, { productFolder, installRecord }, {}, prepareArchive, runArchive },
         { "sound pack", targetStates, { packVersion }, {}, preparePack, installPack },
-        { "vault.json alone", recordStates, { vaultFolder + "/vault.json" }, { vaultFolder }, prepareVaultRecord, runVaultRecord, false },
+        { "vault.json alone", recordStates, { vaultFolder + "/vault.json" }, { vaultFolder + "/Setup.exe" }, prepareVaultRecord, runVaultRecord, false },
         { "installed.json alone", recordStates, { installRecord }, { productFolder }, prepareInstallRecord, runInstallRecord, false },
         { "settings.json alone", recordStates, { ".config/ZORVA Hub/settings.json" }, {}, prepareSettings, runSettings, false },
     };

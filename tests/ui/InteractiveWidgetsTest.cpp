@@ -42,7 +42,11 @@ struct Scene
 
         for (int i = 0; i < 100; ++i)
         {
-            run->window->key (juce::KeyPress::tabKey);
+            if (i == 0)
+                run->window->grabKeyboardFocus();   // which goes to the first
+            else
+                run->window->key (juce::KeyPress::tabKey);
+
             auto* const focused = juce::Component::getCurrentlyFocusedComponent();
 
             if (focused == nullptr || (! order.empty() && focused == order.front()))

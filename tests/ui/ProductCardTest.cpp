@@ -184,7 +184,7 @@ TEST (ProductCard, LongTextsEndInAnEllipsis)
     model.product.version = "2.1-with-a-very-long-suffix-that-does-not-fit-the-card";
     model.latestVersion = model.product.version;
 
-    for (const int cardWidth : { width, 240, 120 })
+    for (const int cardWidth : { width, 240, 140 })
     {
         Scene scene (model);
         scene.card->setSize (cardWidth, height);
@@ -393,8 +393,8 @@ TEST (ProductCard, OnlyThePlaceOfTheReleaseDecides)
 TEST (ProductCard, ReturnAndSpaceSelectTheFocusedCard)
 {
     Scene scene;
-    scene.window->key (juce::KeyPress::tabKey);
-    ASSERT_TRUE (scene.card->hasKeyboardFocus (false));
+    scene.window->grabKeyboardFocus();
+    ASSERT_TRUE (scene.card->hasKeyboardFocus (false)) << "it is the first that takes it";
 
     scene.window->key (juce::KeyPress::returnKey);
     scene.window->key (juce::KeyPress::spaceKey);

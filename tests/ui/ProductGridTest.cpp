@@ -299,6 +299,7 @@ TEST (ProductGrid, TheKeyboardReachesCardsBelowTheFold)
     Scene scene (934, 500);
     scene.grid.setModels (modelsOf (ids (6), State::cached));
     auto* const last = scene.cards().back();
+    scene.window->grabKeyboardFocus();
 
     for (int i = 0; i < 40 && ! last->hasKeyboardFocus (false); ++i)
         scene.window->key (juce::KeyPress::tabKey);

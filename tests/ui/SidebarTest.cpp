@@ -99,6 +99,8 @@ struct Scene
     /** Presses Tab until this button has the focus. */
     void focusOn (Tab tab)
     {
+        window->grabKeyboardFocus();
+
         for (int i = 0; i < 5 && ! button (tab).hasKeyboardFocus (false); ++i)
             window->key (juce::KeyPress::tabKey);
 
@@ -257,7 +259,10 @@ TEST (Sidebar, TabMovesAlongTheColumn)
 {
     Scene scene;
 
-    for (const auto tab : { Tab::community, Tab::library, Tab::settings, Tab::about, Tab::community })
+    scene.window->grabKeyboardFocus();
+    EXPECT_TRUE (scene.button (Tab::community).hasKeyboardFocus (false));
+
+    for (const auto tab : { Tab::library, Tab::settings, Tab::about, Tab::community })
     {
         scene.window->key (juce::KeyPress::tabKey);
         EXPECT_TRUE (scene.button (tab).hasKeyboardFocus (false)) << (int) tab;

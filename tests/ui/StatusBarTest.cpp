@@ -312,7 +312,7 @@ TEST (StatusBar, ReturnAndSpaceOpenTheVault)
 {
     Scene scene;
     pictureOf (scene.bar);
-    scene.window.key (juce::KeyPress::tabKey);
+    scene.window.grabKeyboardFocus();
     ASSERT_TRUE (scene.bar.hasKeyboardFocus (false));
 
     scene.window.key (juce::KeyPress::returnKey);
