@@ -7,6 +7,7 @@
 #include "catalogue/ManifestParser.h"
 #include "support/HttpsStream.h"
 #include "support/RecordFile.h"
+#include "support/Worker.h"
 
 #include <algorithm>
 
@@ -128,7 +129,7 @@ void ManifestService::refresh (ResultCallback callback)
         post (*job, loadProducts(), reached);
     };
 
-    if (! juce::Thread::launch (run))
+    if (! launchWorker (run))
         post (*job, loadProducts(), false);
 }
 

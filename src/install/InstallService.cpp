@@ -8,6 +8,7 @@
 #include "platform/Programs.h"
 #include "support/BoundedJson.h"
 #include "support/FileHash.h"
+#include "support/Worker.h"
 #include "vault/RecoveryScanner.h"
 #include "vault/VaultStore.h"
 
@@ -133,7 +134,7 @@ void InstallService::install (const Product& product, const juce::File& installe
     if (! verifyVaultedInstaller (product, installer, version, error))
         return report (std::move (onDone), false, error);
 
-    if (! juce::Thread::launch ([product, installer, onDone]() mutable { runInstall (product, installer, std::move (onDone)); }))
+    if (! launchWorker ([product, installer, onDone]() mutable { runInstall (product, installer, std::move (onDone)); }))
         report (std::move (onDone), false, "The installation could not be started.");
 }
 

@@ -3,6 +3,7 @@
 #include "app/PathTrust.h"
 #include "support/ChildFile.h"
 #include "support/Text.h"
+#include "support/Worker.h"
 #include "vault/DownloadVerification.h"
 #include "vault/HttpsDownloadTask.h"
 #include "vault/PromotionTransaction.h"
@@ -285,7 +286,7 @@ bool DownloadService::startVerification() const
     const DownloadVerification verification { active->partFile, active->targetFile, active->expectedSha256, active->expectedSize,
                                               active->platformKey, active->request.product, active->previousInstaller };
 
-    return juce::Thread::launch ([verification, service = active->weakOwner, id = active->downloadId]
+    return launchWorker ([verification, service = active->weakOwner, id = active->downloadId]
     {
         juce::MessageManager::callAsync ([service, id, outcome = verification.run()]
         {

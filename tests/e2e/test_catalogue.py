@@ -41,7 +41,7 @@ class Refresh(HubTest):
         self.hub.start()
         wait_for(lambda: self.shop.server.requests, "the request")
         self.assertTrue(stays(lambda: self.hub.library().connection() == "offline", 1.5))
-        self.assertEqual(self.hub.library().card(0), "not downloadable")
+        self.hub.wait_for_card(0, "not downloadable")
         self.assertFalse(self.hub.cache.exists())
 
     def test_an_error_page_changes_nothing(self):

@@ -28,7 +28,7 @@ class Download(HubTest):
         shown = [value for value in seen if value is not None]
         self.assertGreaterEqual(len({round(value, 2) for value in shown}), 4, f"too little progress was seen: {seen}")
         self.assertEqual(shown, sorted(shown))
-        self.assertIsNone(self.hub.library().progress())
+        wait_for(lambda: self.hub.library().progress() is None, "the progress to go")
         self.assert_vaulted(DAW)
         self.assert_no_leftovers()
         self.assert_no_box()
@@ -41,7 +41,7 @@ class Download(HubTest):
         part = wait_for(lambda: self.hub.part_file(DAW), "the .part file")
         self.assertEqual(part.name, "ZORVA-DAW-13.0.0.exe.part")
         wait_for(lambda: part.stat().st_size > 1_000_000, "a megabyte")
-        self.assertEqual(self.hub.library().card(0), "busy or no update now")
+        self.hub.wait_for_card(0, "busy or no update now")
         self.assertEqual(self.hub.vault_files(DAW), ["ZORVA-DAW-13.0.0.exe.part"])
 
     def test_of_several_products_comes_one_after_the_other(self):
@@ -102,7 +102,7 @@ class Interrupted(HubTest):
         self.hub.choose_from_card_menu(0, 2)
         self.hub.wait_for_card(0, "downloadable")
         self.assert_nothing_vaulted(DAW)
-        self.assertIsNone(self.hub.library().progress())
+        wait_for(lambda: self.hub.library().progress() is None, "the progress to go")
         self.assertTrue(stays(lambda: not self.hub.other_windows(), 1.0))
         self.shop.rule()
         self.download()
@@ -116,7 +116,7 @@ class Interrupted(HubTest):
             self.hub.select_card(0)
             self.hub.close_pane()
             self.assertLess(time.monotonic() - asked, 3.0)
-        self.assertEqual(self.hub.library().card(0), "busy or no update now")
+        self.hub.wait_for_card(0, "busy or no update now")
         asked = time.monotonic()
         self.hub.choose_from_card_menu(0, 2)
         self.hub.wait_for_card(0, "downloadable", 4)

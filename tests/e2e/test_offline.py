@@ -68,7 +68,7 @@ class DeleteFromVault(HubTest):
         self.hub.wait_for_card(0, "installed")
         # Nothing to reinstall from: the pane's button is a frame without a fill.
         self.hub.select_card(0)
-        self.assertEqual(self.hub.library().pane_button(self.hub.layout.pane_reinstall), "surface")
+        wait_for(lambda: self.hub.library().pane_button(self.hub.layout.pane_reinstall) == "surface", "an empty frame")
 
     def test_of_a_product_that_is_not_installed_offers_the_download_again(self):
         self.begin()

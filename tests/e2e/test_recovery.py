@@ -5,7 +5,7 @@ import json
 from lib.case import HubTest
 from lib.hub import sha256_of
 from lib.promotion import CrashedPromotion
-from lib.waiting import stays
+from lib.waiting import stays, wait_for
 
 BEATPAD, FILE = "zorva-beatpad", "ZORVA-Beatpad-1.2.0.exe"
 NOTICE = "ZORVA Hub Recovery Notice"
@@ -110,7 +110,7 @@ class HandMadeCrash(HubTest):
         promotion.metadata_backup.unlink()
         self.hub.start()
         self.hub.box(NOTICE)
-        self.assertTrue(self.hub.library().status_text_shown())
+        wait_for(lambda: self.hub.library().status_text_shown(), "the status line")
         self.hub.answer(NOTICE)
         self.assert_vault_is_the_old_one()
         self.assertEqual(self.hub.leftovers(), [str(promotion.journal)])

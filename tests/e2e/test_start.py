@@ -40,7 +40,7 @@ class FirstStart(HubTest):
         self.hub.root.mkdir(parents=True)
         (self.hub.root / "settings.json").write_text("[1, 2, 3]")
         self.hub.start()
-        self.assertEqual(self.hub.library().card(0), "not downloadable")
+        self.hub.wait_for_card(0, "not downloadable")
         self.assertEqual((self.hub.root / "settings.json").read_text(), "[1, 2, 3]")
 
 

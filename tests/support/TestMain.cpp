@@ -1,6 +1,7 @@
 #include "support/GuiHarness.h"
 #include "support/PrivateMounts.h"
 #include "support/TestHome.h"
+#include "support/Workers.h"
 
 #include <clocale>
 #include <cstdlib>
@@ -21,6 +22,7 @@ int main (int argc, char** argv)
     // The name must be set to one that leads nowhere: without a name the framework looks for the first display.
     ::setenv ("DISPLAY", "none", 1);
 
+    const zorva::test::Workers workers;
     juce::ScopedJuceInitialiser_GUI gui;    // one a process; makes this thread the message thread
     zorva::test::ensureFakeDisplay();
     return RUN_ALL_TESTS();

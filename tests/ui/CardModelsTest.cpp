@@ -4,6 +4,7 @@
 #include "support/FolderWatch.h"
 #include "ui/CardModels.h"
 
+#include <ctime>
 #include <gtest/gtest.h>
 
 using namespace zorva;
@@ -118,7 +119,7 @@ TEST (CardModels, WhatIsBothInstalledAndCachedIsInstalled)
 
     vault (pack ("b"));
     putPackInstalled (pack ("b"));
-    EXPECT_EQ (derive ({ pack ("b") }), Texts { "b: installed v2.0.0, setup.exe" });
+    EXPECT_EQ (derive ({ app ("a"), pack ("b") }), (Texts { "a: installed v2.0.0, setup.exe", "b: installed v2.0.0, setup.exe" }));
 }
 
 TEST (CardModels, AnUpdateInTheVaultIsStillAnUpdate)
@@ -138,7 +139,7 @@ TEST (CardModels, AnActiveDownloadHidesAllElse)
     for (const char* id : { "older", "same", "cached", "nothing" })
     {
         const auto models = deriveCardModels ({ app (id) }, VaultIndex(), InstalledIndex(), { { id, 0.25 } }, { id });
-        ASSERT_EQ (models.size(), (size_t) 1);
+        ASSERT_FALSE (models.empty());   // what only the Vault knows comes behind it
         EXPECT_EQ (models[0].state, State::downloading) << id;
         EXPECT_EQ (models[0].progress, 0.25) << id;
         EXPECT_FALSE (models[0].updateAvailable) << id;
@@ -155,7 +156,7 @@ TEST (CardModels, AnActiveInstallHidesAllButADownload)
     for (const char* id : { "older", "same", "cached", "nothing" })
     {
         const auto models = deriveCardModels ({ app (id) }, VaultIndex(), InstalledIndex(), { { "other", 0.5 } }, { id });
-        ASSERT_EQ (models.size(), (size_t) 1);
+        ASSERT_FALSE (models.empty());   // what only the Vault knows comes behind it
         EXPECT_EQ (models[0].state, State::installing) << id;
         EXPECT_FALSE (models[0].updateAvailable) << id;
         EXPECT_EQ (models[0].latestVersion, "") << id;
@@ -200,14 +201,16 @@ TEST (CardModels, WhatOnlyTheVaultKnowsComesBehindTheCatalogue)
     EXPECT_EQ (derive ({}, {}, {}).size(), (size_t) 2);
 }
 
-TEST (CardModels, AVaultedProductOffTheCatalogueCannotBeDownloaded)
+TEST (CardModels, AVaultedProductOffTheCatalogueIsWhatItsRecordSays)
 {
     vault (app ("old", "1.2.3"));
 
     const auto models = deriveCardModels ({}, VaultIndex(), InstalledIndex(), {}, {});
     ASSERT_EQ (models.size(), (size_t) 1);
+    EXPECT_EQ (models[0].product.name, "Name of old");
     EXPECT_EQ (models[0].product.version, "1.2.3");
-    EXPECT_EQ (models[0].product.windowsPlatform(), nullptr);
+    EXPECT_EQ (models[0].product.sizeBytes, (juce::int64) 12);
+    EXPECT_TRUE (models[0].product.releaseNotes.empty());
 }
 
 TEST (CardModels, AVaultedProductOffTheCatalogueKnowsThatItIsInstalled)
@@ -254,16 +257,24 @@ std::vector<Product> manyVaulted (int count)
     return products;
 }
 
-/** The best of several whole derivations in milliseconds, the indexes included. */
+/** The processor time of this thread, which other programs on the machine don't lengthen. */
+double processorMilliseconds()
+{
+    timespec time {};
+    ::clock_gettime (CLOCK_THREAD_CPUTIME_ID, &time);
+    return (double) time.tv_sec * 1.0e3 + (double) time.tv_nsec * 1.0e-6;
+}
+
+/** The best of several whole derivations, the indexes included. */
 double bestTimeOf (const std::vector<Product>& products, int rounds)
 {
     double best = 1.0e9;
 
     for (int i = 0; i < rounds; ++i)
     {
-        const auto start = juce::Time::getMillisecondCounterHiRes();
+        const auto start = processorMilliseconds();
         const auto count = deriveCardModels (products, VaultIndex(), InstalledIndex(), {}, {}).size();
-        best = std::min (best, juce::Time::getMillisecondCounterHiRes() - start);
+        best = std::min (best, processorMilliseconds() - start);
         EXPECT_EQ (count, products.size());
     }
 
@@ -287,11 +298,11 @@ TEST (CardModels, OneDerivationReadsEachRecordOnce)
 TEST (CardModels, TenTimesTheProductsTakeTenTimesTheTime)
 {
     const auto products = manyVaulted (2000);
-    const auto large = bestTimeOf (products, 5);
+    const auto large = bestTimeOf (products, 3);
 
     for (size_t i = 200; i < products.size(); ++i)
         vaultFile (products[i].id).deleteRecursively (false);
 
-    const auto small = bestTimeOf ({ products.begin(), products.begin() + 200 }, 15);
+    const auto small = bestTimeOf ({ products.begin(), products.begin() + 200 }, 10);
     EXPECT_LE (large / small, 11.0) << large << " ms for 2,000 products, " << small << " ms for 200";
 }

@@ -2,6 +2,7 @@
 #include "HubRun.h"
 #include "HubWorld.h"
 #include "install/InstallService.h"
+#include "MenusInTheWindow.h"
 #include "support/Files.h"
 #include "support/Text.h"
 
@@ -187,13 +188,9 @@ TEST (MainHubComponent, DeletionThroughTheCardsMenu)
 {
     makeWorld();
     HubRun run;
-    run.click (below (*run.card ("a"), "overflowButton"));
-    ASSERT_TRUE (pumpUntil ([] { return juce::Component::getCurrentlyModalComponent() != nullptr; }));
-    auto* const menu = juce::Component::getCurrentlyModalComponent();
-
-    menu->keyPressed (juce::KeyPress (juce::KeyPress::downKey));
-    menu->keyPressed (juce::KeyPress (juce::KeyPress::downKey));
-    menu->keyPressed (juce::KeyPress (juce::KeyPress::returnKey));
+    const MenusInTheWindow menus (*run.window);
+    menus.open (below<juce::Button> (*run.card ("a"), "overflowButton"));
+    menus.choose (2);
 
     EXPECT_EQ (run.takeBox ("Delete"), deleteQuestion);
     EXPECT_EQ (run.cards(), "a: DOWNLOAD, Not Installed");

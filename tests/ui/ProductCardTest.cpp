@@ -1,4 +1,5 @@
 #include "Children.h"
+#include "MenusInTheWindow.h"
 #include "Models.h"
 #include "Painting.h"
 #include "support/Files.h"
@@ -427,26 +428,12 @@ TEST (ProductCard, TheAccessibleTextsNameTheProduct)
 //==============================================================================
 namespace
 {
-/** The items of the menu that is open, with their ids in the order of the screen. */
-juce::Component* openMenu()
-{
-    auto* const modal = juce::Component::getCurrentlyModalComponent();
-    return dynamic_cast<juce::AlertWindow*> (modal) == nullptr ? modal : nullptr;
-}
-
 /** Opens the menu behind the dots and chooses the n-th entry that can be chosen, counted from 1; 0 dismisses it. */
 void chooseFromMenu (Scene& scene, int entry)
 {
-    scene.window->click (scene.more());
-    ASSERT_TRUE (pumpUntil ([] { return openMenu() != nullptr; }));
-    const juce::Component::SafePointer<juce::Component> menu (openMenu());
-
-    for (int i = 0; i < entry; ++i)
-        menu->keyPressed (juce::KeyPress (juce::KeyPress::downKey));
-
-    menu->keyPressed (juce::KeyPress (entry > 0 ? juce::KeyPress::returnKey : juce::KeyPress::escapeKey));
-    ASSERT_TRUE (pumpUntil ([&] { return menu == nullptr; }));
-    pump();
+    const MenusInTheWindow menus (*scene.window);
+    menus.open (scene.more());
+    menus.choose (entry);
 }
 
 ProductCardModel withInstaller (State state)
@@ -532,12 +519,10 @@ TEST (ProductCard, TheMenuWithoutACallbackSendsNothing)
 TEST (ProductCard, AMenuOutlivesItsCardInPeace)
 {
     Scene scene (withInstaller (State::cached));
-    scene.window->click (scene.more());
-    ASSERT_TRUE (pumpUntil ([] { return openMenu() != nullptr; }));
+    const MenusInTheWindow menus (*scene.window);
+    menus.open (scene.more());
 
     scene.card.reset();
-    juce::PopupMenu::dismissAllActiveMenus();
-    EXPECT_TRUE (pumpUntil ([] { return openMenu() == nullptr; }));
-    pump();
+    menus.choose (1);
     EXPECT_EQ (scene.noted(), "");
 }

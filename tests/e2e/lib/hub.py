@@ -119,7 +119,15 @@ class Hub:
     def quit(self) -> int:
         """Closes the window and answers with the exit code."""
         self.window.close()
-        return self.process.wait(10)
+        try:
+            return self.process.wait(10)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"closed, it did not end within 10 s; its threads wait in {self._waits()}") from None
+
+    def _waits(self):
+        """Where each thread of the process sleeps, by the name of the system call."""
+        tasks = Path(f"/proc/{self.process.pid}/task").iterdir()
+        return [f"{(task / 'comm').read_text().strip()}: {(task / 'wchan').read_text()}" for task in tasks]
 
     def destroy(self) -> None:
         self.kill()
@@ -177,8 +185,11 @@ class Hub:
         self.layout = Layout(self.layout.width, self.layout.height)
 
     def box(self, title: str, limit: float = 15.0):
-        """Waits for the message box with this title."""
-        return wait_for(lambda: self.screen.windows(title), f"the box \"{title}\"", limit)[0]
+        """Waits for the message box with this title; of several the topmost, which alone listens."""
+        def topmost():
+            found = self.screen.windows(title)
+            return next((window for window in reversed(self.screen.stacking()) if window in found), None)
+        return wait_for(topmost, f"the box \"{title}\"", limit)
 
     def answer(self, title: str, key: str = "Return", limit: float = 15.0) -> None:
         """Waits for the message box with this title, presses a key in it and waits until it has gone."""
