@@ -20,15 +20,18 @@ function(hub_add_folder name)
   hub_add_library(${name} SOURCES ${sources} LIBRARIES ${ARGN})
 endfunction()
 
-# hub_add_test_program (name SOURCES ... LIBRARIES ... LABELS ...): one GoogleTest executable; CTest runs each of its tests in a
-# process of its own.
+# hub_add_test_program (name SOURCES ... LIBRARIES ... LABELS ... [FAILURES regex]): one GoogleTest executable; CTest runs each of
+# its tests in a process of its own, and output that matches FAILURES fails the test too.
 function(hub_add_test_program name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;LABELS;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "FAILURES" "SOURCES;LIBRARIES;LABELS;PROPERTIES" ${ARGN})
+  if(NOT ARG_FAILURES)
+    set(ARG_FAILURES "JUCE Assertion failure|Leaked objects detected")
+  endif()
   add_executable(${name} ${ARG_SOURCES})
   hub_use_house_rules(${name})
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} hub_test_support)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST
     PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 180
-               FAIL_REGULAR_EXPRESSION "JUCE Assertion failure;Leaked objects detected"
+               FAIL_REGULAR_EXPRESSION "${ARG_FAILURES}"
                ${ARG_PROPERTIES})
 endfunction()

@@ -276,7 +276,7 @@ void MainHubComponent::layoutLibrary (const MainHubLayout& layout)
 
     libraryViewport->setBounds (layout.libraryViewport);
     libraryContent->setSize (width, juce::jmax (gridHeight, layout.libraryViewport.getHeight()));
-    productGrid->setBounds (0, 0, width, juce::jmax (gridHeight, layout.libraryViewport.getHeight()));
+    productGrid->setBounds (0, 0, width, gridHeight);
 }
 
 void MainHubComponent::paint (juce::Graphics& g)

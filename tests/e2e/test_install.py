@@ -64,8 +64,7 @@ class Application(HubTest):
         wait_for(lambda: len(self.hub.installed()) == 2, "both records", 30)
         self.assertEqual(list(self.hub.installed()), ["my-tool", BEATPAD])
         wait_for(lambda: len(self.hub.screen.windows("Install Complete")) == 2, "both boxes")
-        for _ in range(2):
-            self.hub.answer("Install Complete")
+        self.hub.answer_all("Install Complete")
         for index in range(2):
             self.hub.wait_for_card(index, "installed")
         self.assert_no_leftovers()

@@ -26,10 +26,9 @@ HubRun::HubRun() : hub (std::make_unique<MainHubComponent>()), window (std::make
 
 HubRun::~HubRun()
 {
-    juce::PopupMenu::dismissAllActiveMenus();
-    juce::ModalComponentManager::getInstance()->cancelAllModalComponents();
+    close();   // first, so that what workers still report opens no box
     pump();
-    close();
+    juce::ModalComponentManager::getInstance()->cancelAllModalComponents();
     pump();
 }
 

@@ -184,52 +184,65 @@ TEST (InteractiveWidgets, NoTwoHaveTheSameTitle)
     }
 }
 
-TEST (InteractiveWidgets, TheFocusedOneWearsTheAccentRing)
+namespace
 {
-    Scene scene;
-    auto& run = *scene.run;
+/** How a picture changes when a widget has the focus. */
+struct FocusChange
+{
+    int accentPixels = 0;   ///< new ones in the accent colour, on the widget and close around it
+    int elsewhere = 0;      ///< changed ones farther away
+};
 
-    for (auto* component : scene.tabOrder())
-    {
-        SCOPED_TRACE (scene.nameOf (*component).toStdString());
+FocusChange compare (const juce::Image& with, const juce::Image& without, juce::Rectangle<int> around)
+{
+    FocusChange change;
 
-        // The same place without and with the focus. Scrolling stays as the focus left it.
-        component->grabKeyboardFocus();
-        ASSERT_TRUE (component->hasKeyboardFocus (false));
-        const auto with = pictureOf (*run.hub);
-        juce::Component::unfocusAllComponents();
-        const auto without = pictureOf (*run.hub);
+    for (int y = 0; y < with.getHeight(); ++y)
+        for (int x = 0; x < with.getWidth(); ++x)
+        {
+            if (with.getPixelAt (x, y) == without.getPixelAt (x, y))
+                continue;
 
-        const auto bounds = run.hub->getLocalArea (component, component->getLocalBounds());
-        const auto area = bounds.expanded (4).getIntersection (run.hub->getLocalBounds());
-        ASSERT_TRUE (run.hub->getLocalBounds().contains (bounds)) << "it can be seen";
+            if (! around.contains (x, y))
+                ++change.elsewhere;
+            else if (with.getPixelAt (x, y) == HubPalette::accent)
+                ++change.accentPixels;
+        }
 
-        int ring = 0, elsewhere = 0;
-
-        for (int y = 0; y < with.getHeight(); ++y)
-            for (int x = 0; x < with.getWidth(); ++x)
-                if (with.getPixelAt (x, y) != without.getPixelAt (x, y))
-                {
-                    if (area.contains (x, y))
-                        ring += with.getPixelAt (x, y) == HubPalette::accent ? 1 : 0;
-                    else
-                        ++elsewhere;
-                }
-
-        const auto visible = component == &run.statusBar() ? 120 : bounds.getWidth() + bounds.getHeight();
-        EXPECT_GE (ring, visible) << "a line of the accent colour around half of it at least";
-        EXPECT_EQ (elsewhere, 0) << "and nothing else changes";
-    }
+    return change;
+}
 }
 
-TEST (InteractiveWidgets, HoveringShowsTheTooltip)
+TEST (InteractiveWidgets, TheFocusedOneIsInViewAndWearsTheAccentRing)
 {
     Scene scene;
-    auto& run = *scene.run;
-    auto* const tooltips = allBelow<juce::TooltipWindow> (*run.hub).front();
-    ASSERT_FALSE (tooltips->isVisible());
+    auto& hub = *scene.run->hub;
+    scene.run->window->grabKeyboardFocus();
+    size_t seen = 0;
 
-    run.window->moveTo (*allBelow<Sidebar::TabButton> (run.sidebar()).front());
-    EXPECT_EQ (tooltips->getTipFor (*allBelow<Sidebar::TabButton> (run.sidebar()).front()),
-               "Open creator spotlights, private profiles, local drafts, and resources.");
+    for (; seen < std::size (readingOrder); ++seen)
+    {
+        auto* const component = juce::Component::getCurrentlyFocusedComponent();
+        ASSERT_NE (component, nullptr);
+        SCOPED_TRACE (scene.nameOf (*component).toStdString());
+
+        const auto with = pictureOf (hub);
+        juce::Component::unfocusAllComponents();
+        const auto without = pictureOf (hub);
+
+        const auto bounds = hub.getLocalArea (component, component->getLocalBounds());
+        EXPECT_TRUE (hub.getLocalBounds().contains (bounds));
+        EXPECT_FALSE (scene.run->library().isParentOf (component) && ! scene.run->library().getBounds().contains (bounds))
+            << "not scrolled into view: " << bounds.toString();
+
+        // The status bar's ring stands around its link alone; all others go around the whole widget.
+        const auto change = compare (with, without, bounds.expanded (4));
+        EXPECT_GE (change.accentPixels, component == &scene.run->statusBar() ? 120 : bounds.getWidth() + bounds.getHeight());
+        EXPECT_EQ (change.elsewhere, 0);
+
+        component->grabKeyboardFocus();
+        scene.run->window->key (juce::KeyPress::tabKey);
+    }
+
+    EXPECT_EQ (seen, std::size (readingOrder));
 }

@@ -243,8 +243,19 @@ TEST (MainHubComponent, TheLibraryScrollsUpAndDownOnly)
     EXPECT_EQ (viewport.getScrollBarThickness(), 6);
     EXPECT_TRUE (viewport.isVerticalScrollBarShown());
     EXPECT_FALSE (viewport.isHorizontalScrollBarShown());
-    EXPECT_FALSE (allBelow<juce::Viewport> (run.grid()).at (0)->isVerticalScrollBarShown()) << "the grid inside is as high as its cards";
+    EXPECT_TRUE (viewport.getVerticalScrollBar().isVisible());
+    EXPECT_FALSE (allBelow<juce::Viewport> (run.grid()).at (0)->getVerticalScrollBar().isVisible()) << "the grid inside is as high as its cards";
     EXPECT_EQ (run.grid().getHeight(), 4 * 396 + 24);
+}
+
+TEST (MainHubComponent, OneTooltipWindowServesTheWholeHub)
+{
+    stayOffline();
+    HubRun run;
+    const auto windows = allBelow<juce::TooltipWindow> (*run.hub);
+
+    ASSERT_EQ (windows.size(), (size_t) 1);
+    EXPECT_EQ (windows.front()->getParentComponent(), run.hub.get());
 }
 
 //==============================================================================

@@ -185,11 +185,8 @@ class Hub:
         self.layout = Layout(self.layout.width, self.layout.height)
 
     def box(self, title: str, limit: float = 15.0):
-        """Waits for the message box with this title; of several the topmost, which alone listens."""
-        def topmost():
-            found = self.screen.windows(title)
-            return next((window for window in reversed(self.screen.stacking()) if window in found), None)
-        return wait_for(topmost, f"the box \"{title}\"", limit)
+        """Waits for the message box with this title."""
+        return wait_for(lambda: self.screen.windows(title), f"the box \"{title}\"", limit)[0]
 
     def answer(self, title: str, key: str = "Return", limit: float = 15.0) -> None:
         """Waits for the message box with this title, presses a key in it and waits until it has gone."""
@@ -197,8 +194,16 @@ class Hub:
         box.press(key)
         wait_for(lambda: not box.is_open(), f"the box \"{title}\" to go")
 
+    def answer_all(self, title: str) -> None:
+        """Answers several boxes with this title that are open at once. Only the newest listens, wherever it lies."""
+        def pressed_away():
+            for box in self.screen.windows(title):
+                box.press("Return")
+            return not self.screen.windows(title)
+        wait_for(pressed_away, f"all boxes \"{title}\" to go")
+
     def other_windows(self):
-        """The titles of all managed windows but the Hub's own."""
+        """All managed windows but the Hub's own."""
         return [window for window in self.screen.stacking() if window not in self.windows()]
 
 

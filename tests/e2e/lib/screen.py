@@ -87,14 +87,16 @@ class Window:
         return bool(run("xwininfo", "-id", self.id, check=False))
 
     def move_mouse(self, point) -> None:
+        """Moves the mouse to a point of the content; nothing happens when the window has gone."""
         run("xdotool", "mousemove", "--window", self.id, str(point[0]), str(point[1]), check=False)
 
-    def click(self, point, button: int = 1) -> None:
-        run("xdotool", "mousemove", "--window", self.id, str(point[0]), str(point[1]), "sleep", "0.08", "click", str(button))
+    def click(self, point) -> None:
+        """Moves the mouse to a point of the content, and clicks once the window had the time to notice it there."""
+        run("xdotool", "mousemove", "--window", self.id, str(point[0]), str(point[1]), "sleep", "0.08", "click", "1")
 
     def press(self, *keys) -> None:
-        """Gives the window the keyboard and presses the keys."""
-        run("xdotool", "windowfocus", "--sync", self.id, "key", "--delay", "60", *keys)
+        """Gives the window the keyboard and presses the keys; nothing happens when the window has gone."""
+        run("xdotool", "windowfocus", "--sync", self.id, "key", "--delay", "60", *keys, check=False)
 
     def resize(self, width: int, height: int) -> None:
         """Asks the window manager for another size of the content, as a user's drag would."""
