@@ -3,6 +3,8 @@
 #include "app/HubPaths.h"
 #include "ui/MainHubComponent.h"
 
+#include <iostream>
+
 namespace zorva
 {
 ZorvaHubApplication::~ZorvaHubApplication()
@@ -13,6 +15,16 @@ ZorvaHubApplication::~ZorvaHubApplication()
 
 void ZorvaHubApplication::initialise (const juce::String&)
 {
+    // Without one the framework would crash on its first window.
+    if (juce::Desktop::getInstance().getDisplays().getPrimaryDisplay() == nullptr)
+    {
+        std::cerr << "ZORVA Hub needs a display to open its window on, and there is none." << std::endl;
+        hasNoDisplay = true;
+        setApplicationReturnValue (1);
+        quit();
+        return;
+    }
+
     HubPaths::ensureDirectories();
 
     lookAndFeel = std::make_unique<HubLookAndFeel>();
@@ -33,6 +45,9 @@ void ZorvaHubApplication::initialise (const juce::String&)
 
 void ZorvaHubApplication::shutdown()
 {
+    if (hasNoDisplay)
+        return;
+
     if (lookAndFeel == nullptr)
     {
         platform::SecondInstance::notifyFirst();

@@ -35,5 +35,6 @@ private:
     std::unique_ptr<HubLookAndFeel> lookAndFeel;
     std::unique_ptr<HubMainWindow> mainWindow;
     platform::SecondInstance secondInstance;
+    bool hasNoDisplay = false;
 };
 }

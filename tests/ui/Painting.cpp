@@ -7,11 +7,9 @@ namespace zorva::test
 {
 namespace
 {
-/** The largest difference of a channel. */
-int distance (juce::Colour a, juce::Colour b)
+/** The largest difference of a channel; premultiplied, so that the colour of nothing doesn't matter. */
+int distance (juce::PixelARGB p, juce::PixelARGB q)
 {
-    const auto p = a.getPixelARGB(), q = b.getPixelARGB();   // premultiplied, so that the colour of nothing doesn't matter
-
     return std::max ({ std::abs (p.getAlpha() - q.getAlpha()), std::abs (p.getRed() - q.getRed()),
                        std::abs (p.getGreen() - q.getGreen()), std::abs (p.getBlue() - q.getBlue()) });
 }
@@ -48,6 +46,7 @@ std::string difference (const juce::Image& actual, const juce::Image& expected, 
     if (actual.getBounds() != expected.getBounds())
         return "size " + actual.getBounds().toString().toStdString() + " instead of " + expected.getBounds().toString().toStdString();
 
+    const Pixels actualPixels (actual), expectedPixels (expected);
     int count = 0, corners = 0;
     juce::Rectangle<int> where;
     std::string first;
@@ -55,7 +54,7 @@ std::string difference (const juce::Image& actual, const juce::Image& expected, 
     for (int y = 0; y < actual.getHeight(); ++y)
         for (int x = 0; x < actual.getWidth(); ++x)
         {
-            const int d = distance (actual.getPixelAt (x, y), expected.getPixelAt (x, y));
+            const int d = distance (actualPixels.at (x, y), expectedPixels.at (x, y));
 
             if (d <= sameColour || std::any_of (spared.begin(), spared.end(), [&] (auto area) { return area.contains (x, y); }))
                 continue;
@@ -80,12 +79,14 @@ juce::Image cut (const juce::Image& image, juce::Rectangle<int> area)
 
 int pixelsOf (const juce::Image& image, juce::Colour colour, juce::Rectangle<int> area)
 {
+    const Pixels pixels (image);
+    const auto wanted = colour.getPixelARGB();
     int count = 0;
     area = area.getIntersection (image.getBounds());
 
     for (int y = area.getY(); y < area.getBottom(); ++y)
         for (int x = area.getX(); x < area.getRight(); ++x)
-            count += distance (image.getPixelAt (x, y), colour) <= sameColour ? 1 : 0;
+            count += distance (pixels.at (x, y), wanted) <= sameColour ? 1 : 0;
 
     return count;
 }

@@ -36,6 +36,20 @@ juce::Image paintedOn (juce::Colour ground, int width, int height, const std::fu
     rounding does to a colour, and a few pixels of rounded corners. */
 std::string difference (const juce::Image& actual, const juce::Image& expected, const std::vector<juce::Rectangle<int>>& spared = {});
 
+/** Quick access to many pixels of a picture, which must not change meanwhile. */
+class Pixels
+{
+public:
+    explicit Pixels (const juce::Image& image) : copy (image.convertedToFormat (juce::Image::ARGB)), data (copy, juce::Image::BitmapData::readOnly) {}
+
+    /** Premultiplied. */
+    juce::PixelARGB at (int x, int y) const    { return *reinterpret_cast<const juce::PixelARGB*> (data.getPixelPointer (x, y)); }
+
+private:
+    juce::Image copy;
+    juce::Image::BitmapData data;
+};
+
 /** The part of a picture. */
 juce::Image cut (const juce::Image&, juce::Rectangle<int> area);
 

@@ -1,5 +1,6 @@
 #include "SnapshotStore.h"
 
+#include "Painting.h"
 #include "support/GuiHarness.h"
 
 #include <cstdlib>
@@ -16,14 +17,14 @@ struct Means
     int red = 0, green = 0, blue = 0;
 };
 
-Means meansOf (const juce::Image& image, juce::Rectangle<int> area)
+Means meansOf (const Pixels& pixels, juce::Rectangle<int> area)
 {
     Means sum;
 
     for (int y = area.getY(); y < area.getBottom(); ++y)
         for (int x = area.getX(); x < area.getRight(); ++x)
         {
-            const auto colour = image.getPixelAt (x, y);
+            const auto colour = pixels.at (x, y);
             sum.red += colour.getRed();
             sum.green += colour.getGreen();
             sum.blue += colour.getBlue();
@@ -44,6 +45,7 @@ std::string differenceBySquares (const juce::Image& actual, const juce::Image& e
     if (actual.getBounds() != expected.getBounds())
         return "size " + actual.getBounds().toString().toStdString() + " instead of " + expected.getBounds().toString().toStdString();
 
+    const Pixels actualPixels (actual), expectedPixels (expected);
     int squares = 0, worst = tolerance;
     juce::Rectangle<int> where;
 
@@ -51,7 +53,7 @@ std::string differenceBySquares (const juce::Image& actual, const juce::Image& e
         for (int x = 0; x < actual.getWidth(); x += squareSize)
         {
             const auto area = juce::Rectangle<int> (x, y, squareSize, squareSize).getIntersection (actual.getBounds());
-            const int d = distance (meansOf (actual, area), meansOf (expected, area));
+            const int d = distance (meansOf (actualPixels, area), meansOf (expectedPixels, area));
             squares += d > tolerance ? 1 : 0;
 
             if (d > worst)
