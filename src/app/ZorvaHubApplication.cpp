@@ -1,6 +1,7 @@
 #include "app/ZorvaHubApplication.h"
 
 #include "app/HubPaths.h"
+#include "platform/ProcessSetup.h"
 #include "ui/MainHubComponent.h"
 
 #include <iostream>
@@ -58,6 +59,7 @@ void ZorvaHubApplication::shutdown()
     mainWindow.reset();
     juce::LookAndFeel::setDefaultLookAndFeel (nullptr);
     lookAndFeel.reset();
+    platform::endWithoutStaticDestruction (getApplicationReturnValue());
 }
 
 void ZorvaHubApplication::anotherInstanceStarted (const juce::String&)

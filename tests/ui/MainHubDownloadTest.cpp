@@ -19,7 +19,8 @@ Product app (const juce::String& id = "a", const juce::String& version = "2.0.0"
 
 juce::String failed (const juce::String& name, const char* why)
 {
-    return "warning | Download Failed | " + name + " could not be downloaded.\n\n" + utf8 (why) + "\n\nAlready-vaulted installers are unaffected. | OK";
+    return "warning | Download Failed | " + name + " could not be downloaded.\n\n" + utf8 (why)
+         + "\n\nAlready-vaulted installers are unaffected. | OK";
 }
 
 const char* const wrongHash = "Integrity check failed (SHA-256 mismatch) — the download was discarded. Please try again.";

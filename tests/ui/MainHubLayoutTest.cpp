@@ -89,7 +89,8 @@ TEST (MainHubLayout, NoSizeIsTooSmall)
             const auto layout = layoutMainHub (side, side, 94, pane);
             SCOPED_TRACE (side);
 
-            for (const auto& bounds : { layout.page, layout.libraryViewport, layout.detailPane, layout.releaseNotice, layout.sidebar, layout.statusBar })
+            for (const auto& bounds : { layout.page, layout.libraryViewport, layout.detailPane, layout.releaseNotice, layout.sidebar,
+                                        layout.statusBar })
             {
                 EXPECT_GE (bounds.getWidth(), 0);
                 EXPECT_GE (bounds.getHeight(), 0);

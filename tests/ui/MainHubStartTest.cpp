@@ -57,7 +57,8 @@ TEST (MainHubComponent, MakesTheHubsDirectories)
     stayOffline();
     HubRun run;
 
-    for (const auto& folder : { HubPaths::vaultDirectory(), HubPaths::runtimeDirectory(), HubPaths::creatorDirectory(), HubPaths::publishDraftsDirectory() })
+    for (const auto& folder : { HubPaths::vaultDirectory(), HubPaths::runtimeDirectory(), HubPaths::creatorDirectory(),
+                                HubPaths::publishDraftsDirectory() })
         EXPECT_TRUE (folder.isDirectory()) << folder.getFullPathName();
 }
 
@@ -202,7 +203,8 @@ TEST (MainHubComponent, TheChildrenStandWhereTheLayoutSays)
         if (withPane)
             run.select ("a");
 
-        for (const auto& [width, height] : { std::pair { 1100, 720 }, { 900, 600 }, { 1920, 1080 }, { 480, 600 }, { 479, 600 }, { 128, 128 }, { 1100, 720 } })
+        for (const auto& [width, height] : { std::pair { 1100, 720 }, { 900, 600 }, { 1920, 1080 }, { 480, 600 }, { 479, 600 },
+                                             { 128, 128 }, { 1100, 720 } })
         {
             SCOPED_TRACE (std::to_string (width) + " x " + std::to_string (height) + (withPane ? " with pane" : ""));
             run.hub->setSize (width, height);

@@ -20,7 +20,8 @@ Lines linesOf (const juce::PopupMenu& menu)
     for (juce::PopupMenu::MenuItemIterator entries (menu); entries.next();)
     {
         const auto& item = entries.getItem();
-        lines.push_back (item.isSeparator ? "---" : std::to_string (item.itemID) + " " + item.text.toStdString() + (item.isEnabled ? "" : " (greyed)"));
+        lines.push_back (item.isSeparator ? "---"
+                                          : std::to_string (item.itemID) + " " + item.text.toStdString() + (item.isEnabled ? "" : " (greyed)"));
     }
 
     return lines;

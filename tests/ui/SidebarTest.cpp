@@ -137,8 +137,10 @@ TEST (Sidebar, ItsButtonsBearTheirNamesTitlesAndDescriptions)
 
     Scene scene;
 
-    for (const auto& row : { Row { Tab::community, "Community", "ZORVA Community", "Open creator spotlights, private profiles, local drafts, and resources." },
-                             { Tab::library, "Library", "ZORVA DAW Library", "Open ZORVA DAW downloads, installation, updates, and included products." },
+    for (const auto& row : { Row { Tab::community, "Community", "ZORVA Community",
+                                   "Open creator spotlights, private profiles, local drafts, and resources." },
+                             { Tab::library, "Library", "ZORVA DAW Library",
+                               "Open ZORVA DAW downloads, installation, updates, and included products." },
                              { Tab::settings, "Settings", "ZORVA Hub Settings", "Open Hub, Vault, and private AI-key settings." },
                              { Tab::about, "About", "About ZORVA Hub", "Open ZORVA ownership, version, and contact information." } })
     {

@@ -64,7 +64,8 @@ std::string differenceBySquares (const juce::Image& actual, const juce::Image& e
         }
 
     return squares == 0 ? std::string()
-                        : std::to_string (squares) + " squares differ, the worst by " + std::to_string (worst) + " at " + where.toString().toStdString();
+                        : std::to_string (squares) + " squares differ, the worst by " + std::to_string (worst) + " at "
+                              + where.toString().toStdString();
 }
 
 std::string differenceToStored (const juce::Image& image, const juce::String& name)

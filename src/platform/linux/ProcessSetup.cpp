@@ -4,6 +4,8 @@
 
 #include <atomic>
 #include <clocale>
+#include <cstdio>
+#include <cstdlib>
 #include <sys/stat.h>
 
 namespace zorva::platform
@@ -30,5 +32,15 @@ void prepareProcess()
     maskBefore.compare_exchange_strong (expected, mask);    // a second call must not take the Hub's mask for the user's
 
     std::setlocale (LC_CTYPE, "C.UTF-8");
+}
+
+void endWithoutStaticDestruction (int exitCode)
+{
+    static int code = 0;
+    code = exitCode;
+
+    // What is registered last runs first, before any destructor.
+    if (userCreationMask().has_value())
+        std::atexit ([] { std::fflush (nullptr); std::_Exit (code); });
 }
 }

@@ -15,19 +15,22 @@ using Answer = TrustedTestServer::Answer;
 const char* const path = "/manifest.json";
 
 /** What nobody can use as a manifest. */
-const std::pair<const char*, Answer> badAnswers[]
+std::vector<std::pair<const char*, Answer>> badAnswers()
 {
-    { "error page 404", Answer::text ("<html><body>Not found</body></html>", 404) },
-    { "error page 500", Answer::text ("<html><body>Sorry</body></html>", 500) },
-    { "page 200", Answer::text ("<html><body>Welcome to this hotspot</body></html>") },
-    { "empty", Answer() },
-    { "a rule fails", Answer::text (manifest ({ application ("a"), application ("A") })) },
-    { "no usable product", Answer::text (manifest ({ application ("a", "") })) },
-    { "no product", Answer::text (manifest ({})) },
-    { "later format", Answer::text (json (with (document ({ application ("a") }), "manifestVersion", 2))) },
-    { "nested beyond reason", Answer::text (juce::String::repeatedString ("[", 100000)) },
-    { "cut off", Answer::text (manifest ({ application ("a") })).truncatedTo (60) },
-};
+    return
+    {
+        { "error page 404", Answer::text ("<html><body>Not found</body></html>", 404) },
+        { "error page 500", Answer::text ("<html><body>Sorry</body></html>", 500) },
+        { "page 200", Answer::text ("<html><body>Welcome to this hotspot</body></html>") },
+        { "empty", Answer() },
+        { "a rule fails", Answer::text (manifest ({ application ("a"), application ("A") })) },
+        { "no usable product", Answer::text (manifest ({ application ("a", "") })) },
+        { "no product", Answer::text (manifest ({})) },
+        { "later format", Answer::text (json (with (document ({ application ("a") }), "manifestVersion", 2))) },
+        { "nested beyond reason", Answer::text (juce::String::repeatedString ("[", 100000)) },
+        { "cut off", Answer::text (manifest ({ application ("a") })).truncatedTo (60) },
+    };
+}
 }
 
 //==============================================================================
@@ -40,7 +43,7 @@ TEST (ManifestService, ABadAnswerIsOfflineAndLeavesTheCacheUntouched)
     const auto before = treeOf (HubPaths::root());
     const LogCapture log;
 
-    for (const auto& [name, answer] : badAnswers)
+    for (const auto& [name, answer] : badAnswers())
     {
         SCOPED_TRACE (name);
         server.serve ("/bad", answer);

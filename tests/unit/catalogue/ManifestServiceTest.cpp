@@ -30,11 +30,14 @@ juce::var emptySettings()                        { return new juce::DynamicObjec
 
 const char* const fallbackOnly = "zorva-daw=13.0.0";
 
-const juce::String unusable[]
+std::vector<juce::String> unusable()
 {
-    "", "no JSON", "null", "[]", manifest ({}), manifest ({ with (application ("a"), "name", "") }), manifest ({ application ("-a") }),
-    juce::String::repeatedString ("[", 100000),
-};
+    return
+    {
+        "", "no JSON", "null", "[]", manifest ({}), manifest ({ with (application ("a"), "name", "") }), manifest ({ application ("-a") }),
+        juce::String::repeatedString ("[", 100000),
+    };
+}
 
 Product product (const juce::String& id, const juce::String& version, const juce::String& url = {})
 {
@@ -81,7 +84,7 @@ TEST (ManifestService, AnUnusableOverrideCountsAsAbsent)
     writeCache (manifest ({ application ("b") }));
     const LogCapture log;
 
-    for (const auto& text : unusable)
+    for (const auto& text : unusable())
     {
         writeOverride (text);
         EXPECT_EQ (shortList (loadProducts()), "b=1.0.0 zorva-daw=13.0.0") << text.substring (0, 40);
@@ -93,7 +96,7 @@ TEST (ManifestService, AnUnusableOverrideCountsAsAbsent)
 
 TEST (ManifestService, AnUnusableCacheCountsAsAbsentAndStays)
 {
-    for (const auto& text : unusable)
+    for (const auto& text : unusable())
     {
         writeCache (text);
         EXPECT_EQ (shortList (loadProducts()), fallbackOnly) << text.substring (0, 40);

@@ -15,7 +15,7 @@ constexpr std::uint32_t twoGiB = 2147483648u;
 
 std::string installPack (const std::string& archive)
 {
-    const auto product = packOf ("sounds", "1.0.0", archive);
+    const auto product = packOf ("sounds", "1.0.0", "hashing large archives would take the time, and nothing here compares");
     const auto file = writeBytes (vaultFile ("sounds/pack.zip"), archive);
     juce::String message;
     const bool ok = InstallService::installContent (product, file, message, {});
