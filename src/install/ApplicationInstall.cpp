@@ -10,8 +10,6 @@
 #include "support/ChildFile.h"
 #include "vault/VaultStore.h"
 
-namespace zorva
-{
 namespace
 {
 /** Puts the one executable into the staging directory; path is relative to it. A full disk is silent, so the sizes are compared. */
@@ -195,5 +193,4 @@ bool InstallService::matchesProductName (const juce::String& stem, const juce::S
     const auto name = platform::foldCase (stem);
     const auto identity = platform::foldCase (id);
     return name == identity || name == identity.replaceCharacter ('-', ' ');
-}
 }

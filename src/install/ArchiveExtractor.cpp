@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <zlib.h>
 
-namespace zorva::ArchiveExtractor
+namespace ArchiveExtractor
 {
 namespace
 {

@@ -3,7 +3,7 @@
 #include "install/ZipArchive.h"
 
 /** Unpacking archives that may lie about themselves. */
-namespace zorva::ArchiveExtractor
+namespace ArchiveExtractor
 {
 /** Unpacks every entry below target, which must be a new or empty directory. The result names what went wrong; what was unpacked so
     far stays for the caller to remove. Worker thread.

@@ -5,7 +5,7 @@
 
 #include <unordered_set>
 
-namespace zorva::ContentArchive
+namespace ContentArchive
 {
 namespace
 {

@@ -3,7 +3,7 @@
 #include "install/ZipArchive.h"
 
 /** What a sound pack's archive may be, judged by its directory alone, before one byte is unpacked. */
-namespace zorva::ContentArchive
+namespace ContentArchive
 {
 /** The most that one archive may state. */
 constexpr int maximumEntries = 50000;

@@ -11,8 +11,6 @@
 #include "vault/RecoveryScanner.h"
 #include "vault/VaultStore.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr int manifestSchema = 1;
@@ -247,5 +245,4 @@ void InstallService::recoverContentRoots (juce::StringArray& notes, const juce::
     for (const auto& folder : folders)
         if (PathTrust::isSafeIdentity (folder.getFileName()) && PathTrust::isTrustedPathUnder (root, folder, true))
             RecoveryScanner::recoverRoot (folder, {}, notes, true);
-}
 }

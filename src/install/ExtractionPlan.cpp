@@ -3,8 +3,6 @@
 #include "app/PathTrust.h"
 #include "platform/CaseFold.h"
 
-namespace zorva
-{
 namespace
 {
 juce::Result collisionAt (const juce::String& path)
@@ -95,5 +93,4 @@ juce::Result ExtractionPlan::addParentOf (const juce::String& path)
 {
     const auto separator = path.lastIndexOfChar ('/');
     return separator < 0 ? juce::Result::ok() : addFolder (path.substring (0, separator));
-}
 }

@@ -4,8 +4,6 @@
 
 #include <unordered_set>
 
-namespace zorva
-{
 /** Where each entry of an archive goes, judged as a whole before the first byte is written. Pure: looks at names, never at the
     disk. */
 class ExtractionPlan
@@ -38,4 +36,3 @@ private:
     std::unordered_set<juce::String> knownFolders;                          // as written
     std::unordered_set<juce::String> filesInOneCase, foldersInOneCase;
 };
-}

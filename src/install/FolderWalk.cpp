@@ -2,8 +2,6 @@
 
 #include "support/NativePath.h"
 
-namespace zorva
-{
 bool visitAllBelow (const juce::File& folder, const std::function<bool (const FolderItem&)>& visit)
 {
     namespace fs = std::filesystem;
@@ -28,5 +26,4 @@ bool visitAllBelow (const juce::File& folder, const std::function<bool (const Fo
     }
 
     return ! error;
-}
 }

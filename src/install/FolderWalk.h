@@ -4,8 +4,6 @@
 #include <functional>
 #include <juce_core/juce_core.h>
 
-namespace zorva
-{
 /** One file, folder or link below a folder. */
 struct FolderItem
 {
@@ -17,4 +15,3 @@ struct FolderItem
     about an item while listing is used, so that asking for its kind costs nothing. Stops when the function answers false. True when
     everything was shown. Any thread. */
 bool visitAllBelow (const juce::File& folder, const std::function<bool (const FolderItem&)>& visit);
-}

@@ -7,7 +7,7 @@
 
 #include <map>
 
-namespace zorva::InstallRecord
+namespace InstallRecord
 {
 namespace
 {

@@ -4,7 +4,7 @@
 
 /** installed.json: which executable belongs to which product. Every operation takes the record lock for its whole run; any
     thread. */
-namespace zorva::InstallRecord
+namespace InstallRecord
 {
 /** The recorded paths by product id, unchecked; empty when the file is absent, unreadable or not an object. */
 juce::StringPairArray readPaths();

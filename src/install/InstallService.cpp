@@ -14,8 +14,6 @@
 
 #include <juce_events/juce_events.h>
 
-namespace zorva
-{
 namespace
 {
 constexpr const char* factoryContentWord = "factory-content";
@@ -198,5 +196,4 @@ bool InstallService::launch (const juce::String& id)
 juce::String InstallService::installedVersion (const juce::File& file)
 {
     return file.existsAsFile() && file.hasFileExtension ("exe") ? platform::productVersionOf (file) : juce::String();
-}
 }

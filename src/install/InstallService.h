@@ -5,8 +5,6 @@
 
 #include <functional>
 
-namespace zorva
-{
 /** Installs products from their vaulted installers, with no network.
 
     The file in the Vault is first proved to be byte for byte what was verified at download; the new content is staged beside its
@@ -102,4 +100,3 @@ private:
     JUCE_DECLARE_WEAK_REFERENCEABLE (InstallService)
     JUCE_DECLARE_NON_COPYABLE (InstallService)
 };
-}

@@ -4,8 +4,6 @@
 #include "install/InstallService.h"
 #include "install/ProductPrograms.h"
 
-namespace zorva
-{
 InstalledIndex::InstalledIndex()
     : loosePrograms (ProductPrograms::looseProgramsNow())
 {
@@ -22,5 +20,4 @@ juce::File InstalledIndex::installedLocation (const Product& product) const
 
     const auto recorded = recordedPaths.find (product.id);
     return ProductPrograms::find (product.id, recorded != recordedPaths.end() ? recorded->second : juce::String(), loosePrograms);
-}
 }

@@ -2,8 +2,6 @@
 
 #include "catalogue/Product.h"
 
-namespace zorva
-{
 /** One reading of installed.json that answers for every product what InstallService::installedLocation would answer one by one.
 
     A plain snapshot for deriving all cards at a cost in proportion to their number; it doesn't follow later changes. Message
@@ -20,4 +18,3 @@ private:
     std::unordered_map<juce::String, juce::String> recordedPaths;    // by product id
     juce::Array<juce::File> loosePrograms;
 };
-}

@@ -5,7 +5,7 @@
 #include "install/InstallService.h"
 #include "support/ChildFile.h"
 
-namespace zorva::ProductPrograms
+namespace ProductPrograms
 {
 namespace
 {

@@ -3,7 +3,7 @@
 #include <juce_core/juce_core.h>
 
 /** Where application products lie and which of their files is the program. Looks at the disk; takes no lock; any thread. */
-namespace zorva::ProductPrograms
+namespace ProductPrograms
 {
 /** The directory of a product with a safe identity, which may not exist. */
 juce::File directoryOf (const juce::String& id);

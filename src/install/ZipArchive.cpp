@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-namespace zorva
-{
 namespace
 {
 constexpr juce::uint32 localHeaderMark = 0x04034b50;
@@ -165,5 +163,4 @@ std::unique_ptr<juce::InputStream> ZipArchive::open (const Entry& entry)
     return std::make_unique<juce::GZIPDecompressorInputStream> (packed.release(), true,
                                                                 juce::GZIPDecompressorInputStream::deflateFormat,
                                                                 entry.uncompressedSize);
-}
 }

@@ -4,8 +4,6 @@
 #include <memory>
 #include <vector>
 
-namespace zorva
-{
 /** A ZIP archive (APPNOTE 6.3, without its 64-bit extensions) that is opened once, judged by what its directory states, and unpacked
     from the same open file.
 
@@ -60,4 +58,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE (ZipArchive)
 };
-}

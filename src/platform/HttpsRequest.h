@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** One GET over https and its answer, with the system's certificate authorities and proxy settings. Redirects are reported, not
     followed; the status is not judged.

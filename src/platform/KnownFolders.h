@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** Where programs keep a user's configuration: the roaming application data on Windows, ~/.config on Linux. Any thread. */
 juce::File configurationFolder();

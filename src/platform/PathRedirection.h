@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** True when the path itself exists and leads somewhere else: a symbolic link (dangling or not), or on Windows anything that
     carries the reparse-point attribute, such as a junction, a mount point or a cloud stand-in. The path is not followed and its

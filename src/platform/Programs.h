@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** Lets the user run this file. Does nothing on Windows, where every .exe can be run. False when the permission could not be
     set. Any thread. */

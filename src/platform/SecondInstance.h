@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-namespace zorva::platform
+namespace platform
 {
 /** Carries one signal from a second start of the Hub to the first: come forward.
 

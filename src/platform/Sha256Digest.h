@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** SHA-256 (FIPS 180-4) of bytes that arrive in pieces, by the system's own library, which uses the processor's instructions for
     it. One object computes one digest, on one thread. */

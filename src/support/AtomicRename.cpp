@@ -2,8 +2,6 @@
 
 #include "support/NativePath.h"
 
-namespace zorva
-{
 bool renameOver (const juce::File& from, const juce::File& to)
 {
     constexpr int attempts = 5;
@@ -29,5 +27,4 @@ bool renameOver (const juce::File& from, const juce::File& to)
 
         juce::Thread::sleep (pauseMs);
     }
-}
 }

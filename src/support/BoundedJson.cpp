@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-namespace zorva::BoundedJson
+namespace BoundedJson
 {
 using namespace JsonScan;
 

@@ -3,7 +3,7 @@
 #include <juce_core/juce_core.h>
 
 /** Reading JSON (RFC 8259) that somebody else wrote. Pure functions, any thread. */
-namespace zorva::BoundedJson
+namespace BoundedJson
 {
 /** Arrays and objects may lie in each other this deep; a parser that recurses must never see more. */
 constexpr int maximumDepth = 64;

@@ -1,7 +1,5 @@
 #include "support/ChildFile.h"
 
-namespace zorva
-{
 namespace
 {
 bool isWholePath (const juce::String& path)
@@ -55,5 +53,4 @@ std::optional<juce::File> fileFromRecordedPath (const juce::String& path)
         return {};
 
     return juce::File (path);
-}
 }

@@ -2,8 +2,6 @@
 
 #include "platform/Sha256Digest.h"
 
-namespace zorva
-{
 juce::String sha256OfFile (const juce::File& file)
 {
     constexpr int pieceSize = 256 * 1024;    // fits the processor's cache, and the cost of a call is lost in it
@@ -28,5 +26,4 @@ juce::String sha256OfFile (const juce::File& file)
 
         digest.update (piece, (size_t) size);
     }
-}
 }

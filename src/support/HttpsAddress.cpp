@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-namespace zorva
-{
 namespace
 {
 // The framework's URL class takes quadratic time for a long scheme or a query of many parts, and these texts are not ours.
@@ -67,5 +65,4 @@ juce::String redirectTarget (const juce::String& address, const juce::String& lo
         return upTo (address, address.indexOfChar ('#')) + reference;
 
     return (origin == resource ? origin + "/" : resource.upToLastOccurrenceOf ("/", true, false)) + reference;
-}
 }

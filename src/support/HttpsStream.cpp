@@ -3,8 +3,6 @@
 #include "platform/HttpsRequest.h"
 #include "support/HttpsAddress.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr int maximumRedirects = 5;
@@ -66,5 +64,4 @@ bool HttpsStream::failed() const
 void HttpsStream::cancel()
 {
     connection->request.cancel();
-}
 }

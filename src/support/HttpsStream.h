@@ -2,8 +2,6 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva
-{
 /** A GET over https that never leaves https.
 
     Redirects are followed, at most five as the framework does, but only to another https address. The HTTP status is not judged:
@@ -39,4 +37,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE (HttpsStream)
 };
-}

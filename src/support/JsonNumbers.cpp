@@ -4,8 +4,6 @@
 
 #include <cstring>
 
-namespace zorva
-{
 using namespace JsonScan;
 
 namespace
@@ -122,5 +120,4 @@ juce::String withSafeNumbers (const juce::String& json)
 
     rewritten.write (copiedUpTo, (size_t) (end - copiedUpTo));
     return rewritten.toUTF8();
-}
 }

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <limits>
 
-namespace zorva::JsonScan
+namespace JsonScan
 {
 const char* afterString (const char* openingQuote)
 {

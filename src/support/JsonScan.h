@@ -4,7 +4,7 @@
 
 /** Finding one's way in JSON text (RFC 8259) without parsing it. Works on the bytes of UTF-8, since every sign with a meaning is
     ASCII. All text ends with a zero, and no answer lies behind that. Pure functions, any thread. */
-namespace zorva::JsonScan
+namespace JsonScan
 {
 /** True for the ten ASCII digits. */
 inline bool isDigit (char c)                { return c >= '0' && c <= '9'; }

@@ -1,7 +1,5 @@
 #include "support/NativePath.h"
 
-namespace zorva
-{
 std::optional<std::filesystem::path> nativePath (const juce::File& file)
 {
     const auto text = file.getFullPathName().toStdString();
@@ -18,5 +16,4 @@ std::optional<std::filesystem::path> nativePath (const juce::File& file)
     {
         return {};
     }
-}
 }

@@ -2,7 +2,7 @@
 
 #include "support/AtomicRename.h"
 
-namespace zorva::RecordFile
+namespace RecordFile
 {
 namespace
 {

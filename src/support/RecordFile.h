@@ -3,7 +3,7 @@
 #include <juce_core/juce_core.h>
 
 /** Writing the Hub's small JSON records so that a reader sees the old file or the new one, never half of either. */
-namespace zorva::RecordFile
+namespace RecordFile
 {
 enum class Outcome
 {

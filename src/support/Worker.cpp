@@ -2,8 +2,6 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva
-{
 bool launchWorker (std::function<void()> job)
 {
     // The framework's thread object deletes itself when its function ends, while launch() may still hold a lock inside it. A job
@@ -18,5 +16,4 @@ bool launchWorker (std::function<void()> job)
 
     launched->signal();
     return started;
-}
 }

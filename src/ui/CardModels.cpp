@@ -5,8 +5,6 @@
 
 #include <unordered_set>
 
-namespace zorva
-{
 namespace
 {
 juce::String installedVersionOf (const Product& product, const juce::File& location)
@@ -102,5 +100,4 @@ std::vector<ProductCardModel> deriveCardModels (const std::vector<Product>& cata
             models.push_back (vaultOnlyModel (item, installed, activeInstalls));
 
     return models;
-}
 }

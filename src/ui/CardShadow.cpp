@@ -1,7 +1,5 @@
 #include "ui/CardShadow.h"
 
-namespace zorva
-{
 void CardShadow::draw (juce::Graphics& g, juce::Rectangle<int> cardBounds)
 {
     if (cardBounds.isEmpty())
@@ -26,5 +24,4 @@ void CardShadow::draw (juce::Graphics& g, juce::Rectangle<int> cardBounds)
     g.setOpacity (1.0f);
     g.drawImageTransformed (shadow, juce::AffineTransform::scale (1.0f / pixelsPerUnit)
                                         .translated (cardBounds.getPosition().toFloat()));
-}
 }

@@ -2,8 +2,6 @@
 
 #include <juce_graphics/juce_graphics.h>
 
-namespace zorva
-{
 /** The shadow under a hovered card. Blurring costs milliseconds, and all cards have the same size: one copy serves them all,
     held through juce::SharedResourcePointer. Message thread. */
 class CardShadow
@@ -15,4 +13,3 @@ public:
 private:
     juce::Image shadow;   ///< of the card last drawn, in pixels of its screen
 };
-}

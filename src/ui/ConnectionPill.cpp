@@ -6,8 +6,6 @@
 
 #include <cmath>
 
-namespace zorva
-{
 namespace
 {
 constexpr float textHeight = 12.0f;
@@ -56,4 +54,3 @@ void ConnectionPill::paint (juce::Graphics& g)
 }
 
 juce::String ConnectionPill::text() const { return online ? juce::String ("Connected") : utf8 ("Offline — updates unavailable"); }
-}

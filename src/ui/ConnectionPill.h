@@ -2,8 +2,6 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-namespace zorva
-{
 /** The width of a line of text in whole pixels, rounded up. Pure. */
 int connectionPillTextWidth (const juce::Font&, const juce::String& text);
 
@@ -28,4 +26,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ConnectionPill)
 };
-}

@@ -7,8 +7,6 @@
 #include "ui/SpaceKey.h"
 #include "ui/TextPainting.h"
 
-namespace zorva
-{
 namespace
 {
 /** All that the pane paints, for those who cannot see it. */
@@ -285,5 +283,4 @@ void DetailPane::LinkButton::paintButton (juce::Graphics& g, bool isOver, bool)
 
     if (isOver)
         g.fillRect (0, getHeight() / 2 + 7, juce::jmin (connectionPillTextWidth (font, getButtonText()), getWidth()), 1);
-}
 }

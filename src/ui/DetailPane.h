@@ -9,8 +9,6 @@
 #include <functional>
 #include <optional>
 
-namespace zorva
-{
 /** All that is known of the product selected in the library, with its actions. Works on a copy of the model: whoever shows it
     hands in a new one when something changed. Knows no service. Message thread. */
 class DetailPane final : public juce::Component
@@ -89,4 +87,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (LinkButton)
 };
-}

@@ -3,8 +3,6 @@
 #include "support/Text.h"
 #include "ui/SizeText.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr int margin = 16;
@@ -109,5 +107,4 @@ DetailPaneButtons::DetailPaneButtons (juce::Rectangle<int> paneBounds, bool show
 
     primary = takeFromBottom (36);
     detailsBottom = primary.getY() - 8;
-}
 }

@@ -5,8 +5,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 #include <vector>
 
-namespace zorva
-{
 /** What is known of a product, one line each, as the detail pane lists it. Pure. */
 std::vector<juce::String> factLinesFor (const ProductCardModel&);
 
@@ -38,4 +36,3 @@ struct DetailPaneButtons
     juce::Rectangle<int> close, primary, reinstall, reveal;   ///< `reinstall` is empty when it is not shown
     int detailsBottom = 0;                                    ///< what is drawn above the buttons ends here
 };
-}

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-namespace zorva
-{
 namespace
 {
 constexpr float cornerRadius = 4.0f;
@@ -57,5 +55,4 @@ const FocusRing::Watched* FocusRing::focusedChild() const
 juce::Rectangle<int> FocusRing::ringAround (const Watched& w) const
 {
     return parent.getLocalArea (w.child, w.child->getLocalBounds()).expanded (w.distance);
-}
 }

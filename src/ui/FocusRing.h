@@ -3,8 +3,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 #include <vector>
 
-namespace zorva
-{
 /** The one sign of keyboard focus of the Hub: a rounded line in HubPalette::accent, 2 pixels thick, centred on the edge of
     the area. */
 void drawFocusRing (juce::Graphics&, juce::Rectangle<int> area);
@@ -44,4 +42,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (FocusRing)
 };
-}

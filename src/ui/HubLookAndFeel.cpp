@@ -3,8 +3,6 @@
 #include "ui/HubPalette.h"
 #include "ui/TextPainting.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr float buttonRadius = 3.0f;
@@ -130,5 +128,4 @@ void HubLookAndFeel::drawLabel (juce::Graphics& g, juce::Label& label)
         g.setColour (outline);
         g.drawRect (label.getLocalBounds(), 1);
     }
-}
 }

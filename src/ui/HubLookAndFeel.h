@@ -2,8 +2,6 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-namespace zorva
-{
 /** The dark look of every widget that JUCE draws for the Hub: buttons, labels, scroll bars, text editors and menus. What the
     pages paint themselves takes its colours from HubPalette and does not come through here.
 
@@ -32,4 +30,3 @@ public:
 private:
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (HubLookAndFeel)
 };
-}

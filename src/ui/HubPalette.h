@@ -3,7 +3,7 @@
 #include <juce_graphics/juce_graphics.h>
 
 /** The colours of the Hub. Fixed for the life of the program. */
-namespace zorva::HubPalette
+namespace HubPalette
 {
 inline const juce::Colour windowBackground { 0xff434343 };  ///< window and grid background
 inline const juce::Colour surface          { 0xff444444 };  ///< resting cards, the detail pane, hovered tabs

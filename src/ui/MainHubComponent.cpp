@@ -8,8 +8,6 @@
 #include "ui/RecoveryNotice.h"
 #include "ui/TextPainting.h"
 
-namespace zorva
-{
 namespace
 {
 const char* titleOf (Sidebar::Tab tab)
@@ -305,5 +303,4 @@ void MainHubComponent::paint (juce::Graphics& g)
 void MainHubComponent::paintOverChildren (juce::Graphics& g)
 {
     focusRing->paint (g);
-}
 }

@@ -15,8 +15,6 @@
 #include <map>
 #include <set>
 
-namespace zorva
-{
 /** The content of the main window and the one place where services and pages meet.
 
     It owns them all for the life of the window, keeps the table of what is running, turns each action of the user into a call on a
@@ -90,4 +88,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MainHubComponent)
 };
-}

@@ -3,8 +3,6 @@
 #include "support/Text.h"
 #include "ui/MainHubComponent.h"
 
-namespace zorva
-{
 static void showWarning (const juce::String& title, const juce::String& text)
 {
     juce::AlertWindow::showMessageBoxAsync (juce::MessageBoxIconType::WarningIcon, title, text);
@@ -185,5 +183,4 @@ void MainHubComponent::confirmDeleteFromVault (const juce::String& productId, co
 void MainHubComponent::openVaultFolder()
 {
     platform::openFolder (HubPaths::vaultDirectory());
-}
 }

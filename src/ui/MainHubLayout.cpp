@@ -1,7 +1,5 @@
 #include "ui/MainHubLayout.h"
 
-namespace zorva
-{
 static void layoutHeader (MainHubLayout& layout, int width, int pillWidth)
 {
     juce::Rectangle<int> row (176, 0, juce::jmax (width - 192, 0), MainHubLayout::headerHeight);
@@ -36,5 +34,4 @@ MainHubLayout layoutMainHub (int width, int height, int pillWidth, bool showsDet
     layout.libraryViewport = library;
     layout.libraryContentWidth = juce::jmax (library.getWidth() - MainHubLayout::scrollBarThickness, 0);
     return layout;
-}
 }

@@ -2,8 +2,6 @@
 
 #include <juce_graphics/juce_graphics.h>
 
-namespace zorva
-{
 /** Where everything of the main window lies, in logical pixels. */
 struct MainHubLayout
 {
@@ -24,4 +22,3 @@ struct MainHubLayout
 /** The layout of a window content of this size. pillWidth is the connection pill's preferred width; with the detail pane shown the
     library shares the page with it. Pure. */
 MainHubLayout layoutMainHub (int width, int height, int pillWidth, bool showsDetailPane);
-}

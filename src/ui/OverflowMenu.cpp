@@ -1,7 +1,5 @@
 #include "ui/OverflowMenu.h"
 
-namespace zorva
-{
 namespace
 {
 enum MenuItem
@@ -38,5 +36,4 @@ juce::String overflowActionFor (int menuResult)
         case cancelItem:  return "cancel";
         default:          return {};
     }
-}
 }

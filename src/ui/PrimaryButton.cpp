@@ -1,7 +1,5 @@
 #include "ui/PrimaryButton.h"
 
-namespace zorva
-{
 void showAction (juce::TextButton& button, const ProductCardAction& action, const juce::String& productName)
 {
     button.setButtonText (action.label);
@@ -11,5 +9,4 @@ void showAction (juce::TextButton& button, const ProductCardAction& action, cons
     button.setTooltip (action.tooltip);
     button.setTitle (action.label + " " + productName);
     button.setDescription (action.tooltip);
-}
 }

@@ -3,8 +3,6 @@
 #include "support/Text.h"
 #include "ui/HubPalette.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr auto noDownloadTooltip = "No download available for this platform";
@@ -89,4 +87,3 @@ bool canDownload (const Product& product)
 }
 
 juce::String percentText (double fraction) { return juce::String (juce::roundToInt (fraction * 100.0)) + "%"; }
-}

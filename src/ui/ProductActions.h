@@ -2,8 +2,6 @@
 
 #include "catalogue/ProductCardModel.h"
 
-namespace zorva
-{
 /** What the primary button of a product shows and does. */
 struct ProductCardAction
 {
@@ -26,4 +24,3 @@ bool canDownload (const Product& product);
 
 /** A fraction as a whole percentage with its sign, such as "42%". Pure. */
 juce::String percentText (double fraction);
-}

@@ -10,8 +10,6 @@
 
 #include <algorithm>
 
-namespace zorva
-{
 namespace
 {
 constexpr float cornerRadius = 4.0f;
@@ -308,5 +306,4 @@ void ProductCard::OverflowButton::paintButton (juce::Graphics& g, bool isOver, b
 
     for (const auto offset : { -pitch, 0.0f, pitch })
         g.fillEllipse (juce::Rectangle<float> (diameter, diameter).withCentre (centre.translated (offset, 0.0f)));
-}
 }

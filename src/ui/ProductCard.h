@@ -8,8 +8,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 #include <functional>
 
-namespace zorva
-{
 /** One product of the library with its picture, its state and its one primary action. Knows no service: it reports what the user
     wants. A click anywhere else on the card, or Return or Space while it has the focus, selects it. Message thread.
 
@@ -82,4 +80,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (OverflowButton)
 };
-}

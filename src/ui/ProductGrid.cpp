@@ -6,8 +6,6 @@
 
 #include <algorithm>
 
-namespace zorva
-{
 ProductGrid::ProductGrid()
 {
     setOpaque (true);
@@ -129,5 +127,4 @@ void ProductGrid::layOutCards()
         if (viewport.getMaximumVisibleWidth() == visibleWidth)
             return;
     }
-}
 }

@@ -7,8 +7,6 @@
 #include <functional>
 #include <vector>
 
-namespace zorva
-{
 /** The cards of the library, in rows, with a scroll bar of their own where the grid is lower than its content. Message thread.
 
     Either callback may change the models and so delete the card it came from. */
@@ -52,4 +50,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ProductGrid)
 };
-}

@@ -1,7 +1,5 @@
 #include "ui/ProductGridLayout.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr int cardHeight = 380;
@@ -33,5 +31,4 @@ int ProductGridLayout::contentHeight (int numCards) const
 
     const auto rows = (numCards + columns - 1) / columns;
     return rows * pitch + margins;
-}
 }

@@ -2,8 +2,6 @@
 
 #include <juce_graphics/juce_graphics.h>
 
-namespace zorva
-{
 /** Where the cards of the library stand. All values in logical pixels; pure. */
 struct ProductGridLayout
 {
@@ -18,4 +16,3 @@ struct ProductGridLayout
     int columns = 1;     ///< 1 to 3
     int cardWidth = 0;   ///< never below 0
 };
-}

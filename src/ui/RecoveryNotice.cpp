@@ -1,7 +1,5 @@
 #include "ui/RecoveryNotice.h"
 
-namespace zorva
-{
 static void addLines (juce::StringArray& lines, const juce::String& prefix, const juce::StringArray& notes)
 {
     for (const auto& note : notes)
@@ -21,5 +19,4 @@ std::optional<RecoveryNotice> makeRecoveryNotice (const juce::StringArray& vault
     return RecoveryNotice { "Recovery attention required", "ZORVA Hub Recovery Notice",
                             "ZORVA Hub protected the last-good product state during startup. The following recovery items need "
                             "your attention:\n\n" + lines.joinIntoString ("\n") };
-}
 }

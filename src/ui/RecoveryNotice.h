@@ -3,8 +3,6 @@
 #include <juce_core/juce_core.h>
 #include <optional>
 
-namespace zorva
-{
 /** What the user is told at start-up about promotions that could not be finished or undone. */
 struct RecoveryNotice
 {
@@ -13,4 +11,3 @@ struct RecoveryNotice
 
 /** The notice for what the two recoveries reported, the Vault's first; nothing when every note is empty or blank. Pure. */
 std::optional<RecoveryNotice> makeRecoveryNotice (const juce::StringArray& vaultNotes, const juce::StringArray& installNotes);
-}

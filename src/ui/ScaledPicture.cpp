@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-namespace zorva
-{
 namespace
 {
 /** More sizes than the pages show of one picture on one screen. */
@@ -61,5 +59,4 @@ const juce::Image& ScaledPicture::copyOfSize (int width, int height)
         copies.erase (copies.begin());
 
     return copies.emplace_back (scaledTo (source, width, height));
-}
 }

@@ -3,8 +3,6 @@
 #include <juce_graphics/juce_graphics.h>
 #include <vector>
 
-namespace zorva
-{
 /** A picture that is drawn into boxes smaller than itself. It keeps a copy for each size at which it is shown, made for the
     pixels of the screen, so that painting never rescales. Message thread. */
 class ScaledPicture
@@ -33,4 +31,3 @@ private:
     juce::Image source;
     std::vector<juce::Image> copies;   ///< the oldest first
 };
-}

@@ -1,7 +1,5 @@
 #include "ui/ScrollIntoView.h"
 
-namespace zorva
-{
 void scrollIntoView (const juce::Component& component)
 {
     for (auto* parent = component.getParentComponent(); parent != nullptr; parent = parent->getParentComponent())
@@ -16,5 +14,4 @@ void scrollIntoView (const juce::Component& component)
         const auto lowest = juce::jmin (view.getY(), area.getY());
         viewport->setViewPosition (view.getX(), juce::jmin (area.getY(), juce::jmax (lowest, area.getBottom() - view.getHeight())));
     }
-}
 }

@@ -5,8 +5,6 @@
 #include "ui/SpaceKey.h"
 #include "ui/TextPainting.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr int logoAreaHeight = 84;
@@ -147,5 +145,4 @@ void Sidebar::TabButton::paintDawMarks (juce::Graphics& g, juce::Rectangle<int>&
     g.setColour (HubPalette::action.darker (0.42f));
     g.fillRoundedRectangle (chip.toFloat(), 4.0f);
     drawTextLine (g, "DAW", chip, boldFont (8.5f), HubPalette::textPrimary, juce::Justification::centred);
-}
 }

@@ -7,8 +7,6 @@
 #include <functional>
 #include <memory>
 
-namespace zorva
-{
 /** The column at the left of the window: the logo and one button for each page. Message thread. */
 class Sidebar final : public juce::Component
 {
@@ -76,4 +74,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TabButton)
 };
-}

@@ -1,7 +1,5 @@
 #include "ui/SizeText.h"
 
-namespace zorva
-{
 juce::String sizeText (juce::int64 bytes)
 {
     constexpr auto kilo = 1024.0;
@@ -20,5 +18,4 @@ juce::String sizeText (juce::int64 bytes)
         return juce::String (size / kilo, 0) + " KB";
 
     return juce::String (bytes) + " B";
-}
 }

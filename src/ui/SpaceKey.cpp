@@ -1,7 +1,5 @@
 #include "ui/SpaceKey.h"
 
-namespace zorva
-{
 bool clickFocusedButtonOnSpace (const juce::KeyPress& key)
 {
     if (! key.isKeyCode (juce::KeyPress::spaceKey))
@@ -14,5 +12,4 @@ bool clickFocusedButtonOnSpace (const juce::KeyPress& key)
 
     button->triggerClick();
     return true;
-}
 }

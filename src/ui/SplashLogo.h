@@ -2,8 +2,6 @@
 
 #include "ui/ScaledPicture.h"
 
-namespace zorva
-{
 /** The logo that is compiled in, which also stands for products without a picture. Decoded once for all who show it: hold it
     through juce::SharedResourcePointer; it goes with its last holder. Message thread. */
 struct SplashLogo
@@ -12,4 +10,3 @@ struct SplashLogo
 
     ScaledPicture picture;   ///< invalid if the logo could not be decoded
 };
-}

@@ -8,8 +8,6 @@
 #include "ui/SizeText.h"
 #include "ui/TextPainting.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr juce::int64 lowFreeSpace = 5368709120;   ///< below this the free space is shown as a warning: 5 GiB
@@ -174,5 +172,4 @@ std::unique_ptr<juce::AccessibilityHandler> StatusBar::createAccessibilityHandle
     return std::make_unique<juce::AccessibilityHandler> (
         *this, juce::AccessibilityRole::hyperlink,
         juce::AccessibilityActions().addAction (juce::AccessibilityActionType::press, [this] { openVault(); }));
-}
 }

@@ -3,8 +3,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 #include <functional>
 
-namespace zorva
-{
 /** The strip along the bottom of the window: the Vault's folder as a link, the free disk space, and the running download or a
     short message. Reaches no service; every value is pushed into it. The link is opened by mouse, or by Return or Space while
     the bar has the focus. Message thread. */
@@ -56,4 +54,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (StatusBar)
 };
-}

@@ -1,7 +1,5 @@
 #include "ui/TextPainting.h"
 
-namespace zorva
-{
 juce::Font plainFont (float height) { return juce::Font (juce::FontOptions (height)); }
 
 juce::Font boldFont (float height) { return juce::Font (juce::FontOptions (height).withStyle ("Bold")); }
@@ -12,5 +10,4 @@ void drawTextLine (juce::Graphics& g, const juce::String& text, juce::Rectangle<
     g.setColour (colour);
     g.setFont (font);
     g.drawText (text, area, justification, overflow == Overflow::ellipsis);
-}
 }

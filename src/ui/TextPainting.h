@@ -2,8 +2,6 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-namespace zorva
-{
 /** The default sans-serif of the platform, at a height in logical pixels. */
 juce::Font plainFont (float height);
 
@@ -20,4 +18,3 @@ enum class Overflow
 /** Draws one line of text, vertically as the justification says, in a font and a colour. */
 void drawTextLine (juce::Graphics&, const juce::String& text, juce::Rectangle<int> area, const juce::Font&, juce::Colour,
                    juce::Justification = juce::Justification::centredLeft, Overflow = Overflow::ellipsis);
-}

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-namespace zorva
-{
 bool isPresent (const juce::File& file)
 {
     return file.exists() || PathTrust::isReparseOrSymlink (file);
@@ -16,5 +14,4 @@ juce::Array<juce::File> entriesOf (const juce::File& directory, int kinds, const
     auto entries = directory.findChildFiles (kinds, false, pattern, juce::File::FollowSymlinks::no);
     std::sort (entries.begin(), entries.end());
     return entries;
-}
 }

@@ -9,8 +9,6 @@
 #include "vault/PromotionTransaction.h"
 #include "vault/VaultStore.h"
 
-namespace zorva
-{
 namespace
 {
 constexpr const char* platformKeyOfThisBuild = "win";
@@ -310,5 +308,4 @@ void DownloadService::finishActive (juce::int64 downloadId, bool success, const 
 
     if (self != nullptr)
         startNext();
-}
 }

@@ -5,8 +5,6 @@
 #include <deque>
 #include <functional>
 
-namespace zorva
-{
 /** Turns a request into a verified installer in the Vault with its record, or into one clear message with nothing half-done left.
 
     Requests queue first in, first out, and one transfer runs at a time. Size and SHA-256 decide the truth; there is no resume and
@@ -61,4 +59,3 @@ private:
     JUCE_DECLARE_WEAK_REFERENCEABLE (DownloadService)
     JUCE_DECLARE_NON_COPYABLE (DownloadService)
 };
-}

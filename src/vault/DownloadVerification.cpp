@@ -6,8 +6,6 @@
 #include "vault/PromotionTransaction.h"
 #include "vault/VaultStore.h"
 
-namespace zorva
-{
 DownloadVerification::Outcome DownloadVerification::run() const
 {
     if (const auto failure = integrityFailure(); failure.isNotEmpty())
@@ -68,5 +66,4 @@ juce::String DownloadVerification::retirePrevious() const
         return {};
 
     return "The obsolete installer was retained at " + previousInstaller.getFullPathName() + ".";
-}
 }

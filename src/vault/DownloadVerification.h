@@ -2,8 +2,6 @@
 
 #include "catalogue/Product.h"
 
-namespace zorva
-{
 /** A finished transfer on its way into the Vault: a copy of all that the worker needs, so that nothing is shared with the service
     that started it. */
 struct DownloadVerification
@@ -31,4 +29,3 @@ private:
     Outcome promote() const;
     juce::String retirePrevious() const;
 };
-}

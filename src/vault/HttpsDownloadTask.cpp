@@ -4,8 +4,6 @@
 
 #include <system_error>
 
-namespace zorva
-{
 namespace
 {
 constexpr int pieceSize = 256 * 1024;
@@ -175,5 +173,4 @@ HttpsDownloadTask::~HttpsDownloadTask()
         worker.join();
     else
         worker.detach();
-}
 }

@@ -4,8 +4,6 @@
 
 #include <thread>
 
-namespace zorva
-{
 /** A download over https into a file, on a thread of its own that also makes the connection, so that no caller ever waits for
     the network.
 
@@ -31,4 +29,3 @@ private:
     const std::shared_ptr<Transfer> transfer;
     std::thread worker;
 };
-}

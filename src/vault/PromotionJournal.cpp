@@ -4,8 +4,6 @@
 #include "support/BoundedJson.h"
 #include "support/ChildFile.h"
 
-namespace zorva
-{
 namespace
 {
 std::optional<juce::File> payloadIn (const juce::var& parsed, const juce::Identifier& key, const juce::File& root)
@@ -63,5 +61,4 @@ std::optional<PromotionJournal> PromotionJournal::read (const juce::var& parsed,
     journal.hadTarget = (bool) parsed["hadTarget"];
     journal.metadataExisted = (bool) parsed["metadataExisted"];
     return journal;
-}
 }

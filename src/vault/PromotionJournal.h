@@ -3,8 +3,6 @@
 #include <juce_core/juce_core.h>
 #include <optional>
 
-namespace zorva
-{
 /** A promotion's journal as recovery reads it: what was being replaced, and how far the promotion had come. */
 struct PromotionJournal
 {
@@ -17,4 +15,3 @@ struct PromotionJournal
         must be direct children of root, and the record the approved one with its snapshot beside it. Any thread. */
     static std::optional<PromotionJournal> read (const juce::var& parsed, const juce::File& root, const juce::File& approvedMetadata);
 };
-}

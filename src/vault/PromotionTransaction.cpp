@@ -6,8 +6,6 @@
 #include "support/RecordFile.h"
 #include "vault/DirectoryEntries.h"
 
-namespace zorva
-{
 namespace
 {
 juce::String newToken()
@@ -256,5 +254,4 @@ bool PromotionTransaction::writeJournal()
     object->setProperty ("metadataExisted", metadataExisted);
 
     return RecordFile::replace (journal, RecordFile::toText (record)) == RecordFile::Outcome::written;
-}
 }

@@ -2,8 +2,6 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva
-{
 /** Replaces a live payload and the record that describes it as one step that a crash cannot split.
 
     activate() puts the staged payload in place and keeps the old one; the caller then writes its record and calls commit(), or
@@ -67,4 +65,3 @@ private:
 
     JUCE_DECLARE_NON_COPYABLE (PromotionTransaction)
 };
-}

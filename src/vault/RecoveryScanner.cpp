@@ -8,7 +8,7 @@
 #include "vault/PromotionJournal.h"
 #include "vault/PromotionTransaction.h"
 
-namespace zorva::RecoveryScanner
+namespace RecoveryScanner
 {
 namespace
 {

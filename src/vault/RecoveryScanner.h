@@ -4,7 +4,7 @@
 
 /** Finishes or undoes what a crash interrupted, one directory at a time. It decides only from what is on disk, believes nothing
     outside its approved paths, and where it cannot finish leaves the evidence in place and says so in a note. Takes no lock. */
-namespace zorva::RecoveryScanner
+namespace RecoveryScanner
 {
 /** Works off every promotion journal in root, then every other leftover. approvedMetadata is the one record that a journal may
     name, or the empty file. Notes are appended. True when nothing is left that needs attention. */

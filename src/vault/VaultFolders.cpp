@@ -6,8 +6,6 @@
 #include "support/ChildFile.h"
 #include "vault/DirectoryEntries.h"
 
-namespace zorva
-{
 DirectoryNames::DirectoryNames (const juce::Array<juce::File>& entries)
 {
     for (const auto& entry : entries)
@@ -55,5 +53,4 @@ bool VaultFolders::prepareRoot (const juce::File& root)
         && (root.exists() || root.createDirectory().wasOk())
         && root.isDirectory()
         && PathTrust::hasNoReparseAncestry (root);
-}
 }

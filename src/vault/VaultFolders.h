@@ -4,8 +4,6 @@
 
 #include <unordered_map>
 
-namespace zorva
-{
 /** The names in a directory, listed once, to find those that a file system without regard to case would take for one. A plain
     snapshot; any thread. */
 class DirectoryNames
@@ -42,4 +40,3 @@ private:
     const juce::Array<juce::File> entries;
     const DirectoryNames names;
 };
-}

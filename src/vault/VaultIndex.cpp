@@ -4,8 +4,6 @@
 #include "vault/VaultFolders.h"
 #include "vault/VaultRecord.h"
 
-namespace zorva
-{
 VaultIndex::VaultIndex()
 {
     const VaultFolders folders;
@@ -34,5 +32,4 @@ juce::File VaultIndex::trustedInstallerFor (const juce::String& id) const
 {
     const auto found = installers.find (id);
     return found != installers.end() ? found->second : juce::File();
-}
 }

@@ -4,8 +4,6 @@
 
 #include <unordered_map>
 
-namespace zorva
-{
 /** One reading of the whole Vault that answers for every product what VaultStore would answer one by one.
 
     The root is listed once and each record is read once, so that deriving all cards costs time in proportion to the number of
@@ -26,4 +24,3 @@ private:
     std::unordered_map<juce::String, juce::File> installers;
     std::vector<ProductCardModel> vaultedItems;
 };
-}

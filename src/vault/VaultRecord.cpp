@@ -4,7 +4,7 @@
 #include "support/BoundedJson.h"
 #include "support/ChildFile.h"
 
-namespace zorva::VaultRecord
+namespace VaultRecord
 {
 namespace
 {

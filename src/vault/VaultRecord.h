@@ -5,7 +5,7 @@
 #include <optional>
 
 /** vault.json, the record that describes one vaulted installer: how it is read, judged and made. Any thread. */
-namespace zorva::VaultRecord
+namespace VaultRecord
 {
 /** The record's file in a product's folder, which may not exist. */
 juce::File fileIn (const juce::File& folder);

@@ -10,8 +10,6 @@
 #include "vault/VaultIndex.h"
 #include "vault/VaultRecord.h"
 
-namespace zorva
-{
 VaultStore::VaultStore()
     : root (HubPaths::vaultDirectory()), trusted (VaultFolders::prepareRoot (root))
 {
@@ -94,5 +92,4 @@ void VaultStore::deleteFromVault (const juce::String& id)
         && PathTrust::isCanonicallyInside (vault, folder, true)
         && PathTrust::hasNoReparseAncestry (folder))
         PromotionTransaction::removePath (folder);
-}
 }

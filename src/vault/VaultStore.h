@@ -2,8 +2,6 @@
 
 #include "catalogue/ProductCardModel.h"
 
-namespace zorva
-{
 /** The rules of the Vault, the local store of verified installers: one folder a product, each with the installer and a vault.json
     that describes it.
 
@@ -52,4 +50,3 @@ private:
     JUCE_DECLARE_WEAK_REFERENCEABLE (VaultStore)
     JUCE_DECLARE_NON_COPYABLE (VaultStore)
 };
-}

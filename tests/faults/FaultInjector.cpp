@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace zorva::faults
+namespace faults
 {
 namespace
 {
@@ -113,7 +113,7 @@ int disarm()
 }
 
 //==============================================================================
-using namespace zorva::faults;
+using namespace faults;
 
 #define HUB_PERMISSIONS_OF(mode) \
     mode_t permissions = 0; \

@@ -6,7 +6,7 @@
 
     The program that links this defines the C library's own names (open for writing, write, rename, unlink, mkdir and the rest), so
     that every such operation below one directory is counted, whoever makes it. Single-threaded use. */
-namespace zorva::faults
+namespace faults
 {
 /** What happens at the chosen operation. */
 enum class Kind

@@ -13,7 +13,7 @@
 // Tries every file operation of every scenario with every fault, and judges what is left: after the fault, after the next start,
 // and after the start after that.
 
-namespace zorva::faults
+namespace faults
 {
 namespace
 {
@@ -203,7 +203,7 @@ void tryRecoveryOf (const Scenario& scenario, StartState state, const World& wor
 /** Arguments: the shard's number and how many shards there are. Prints "shard: N points, M losses". */
 int main (int argc, char** argv)
 {
-    using namespace zorva::faults;
+    using namespace faults;
 
     // Whatever goes wrong in here must not reach the machine.
     zorva::test::PrivateMounts::enter (argv);

@@ -2,7 +2,7 @@
 
 #include "support/FileHash.h"
 
-namespace zorva::faults
+namespace faults
 {
 static juce::String payloadText (const juce::String& word)
 {

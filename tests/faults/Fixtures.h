@@ -3,7 +3,7 @@
 #include "catalogue/Product.h"
 
 /** The products that the scenarios install, and the states they start from. Everything lies below HOME. */
-namespace zorva::faults
+namespace faults
 {
 /** An application or sound pack of this release ("1.0.0" is the old one, "2.0.0" the new one), whose "win" entry fits the payload. */
 Product productFor (Product::InstallType type, const juce::String& version, const juce::File& payload);

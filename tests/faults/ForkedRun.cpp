@@ -5,7 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace zorva::faults
+namespace faults
 {
 static std::string readAll (int descriptor)
 {

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <functional>
 
-namespace zorva::faults
+namespace faults
 {
 /** Where the process has a disk of its own, in memory. */
 constexpr const char* scratchFolder = "/tmp/zorva-hub-tests";

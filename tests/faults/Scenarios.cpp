@@ -7,7 +7,7 @@
 #include "vault/DownloadVerification.h"
 #include "vault/VaultStore.h"
 
-namespace zorva::faults
+namespace faults
 {
 namespace
 {

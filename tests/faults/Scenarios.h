@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace zorva::faults
+namespace faults
 {
 /** What is there before an operation: the payload it will replace, and the record it will rewrite. */
 struct StartState

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <regex>
 
-namespace zorva::faults
+namespace faults
 {
 static std::string contentOf (const std::filesystem::path& file)
 {

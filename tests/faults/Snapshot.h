@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-namespace zorva::faults
+namespace faults
 {
 /** A directory tree as it stands: relative path to content. Directories have the content "directory". The times that records hold
     are left out, so that two runs of one operation compare equal. */

@@ -4,13 +4,13 @@
 
 namespace
 {
-zorva::Product soundPack()
+Product soundPack()
 {
-    zorva::Product product;
+    Product product;
     product.id = product.packId = "pack";
     product.name = "Pack";
     product.version = "1.0.0";
-    product.installType = zorva::Product::InstallType::factoryContent;
+    product.installType = Product::InstallType::factoryContent;
     product.archiveRoot = "p";
     product.defaultPatch = "p/a";
     product.licenseFile = "p/l";
@@ -28,24 +28,24 @@ int filesBelow (const juce::File& folder)
 /** An archive is judged and unpacked as a sound pack and as an application; nothing appears outside the two destinations. */
 extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
 {
-    const auto& home = zorva::fuzz::home();
+    const auto& home = fuzz::home();
     const auto archive = home.getChildFile ("pack.zip");
-    zorva::fuzz::writeBytes (archive, data, size);
+    fuzz::writeBytes (archive, data, size);
 
     const auto content = home.getChildFile ("content");
-    const auto products = zorva::HubPaths::productsDirectory();
+    const auto products = HubPaths::productsDirectory();
     content.deleteRecursively (false);
     products.deleteRecursively (false);
     products.createDirectory();
     const int before = filesBelow (home) - filesBelow (content) - filesBelow (products);
 
     juce::String message, error;
-    zorva::InstallService::installContent (soundPack(), archive, message, content);
+    InstallService::installContent (soundPack(), archive, message, content);
 
     juce::File installed;
-    zorva::PromotionTransaction transaction;
+    PromotionTransaction transaction;
 
-    if (zorva::InstallService::installApplication ("pack", archive, message, installed, transaction))
+    if (InstallService::installApplication ("pack", archive, message, installed, transaction))
         transaction.rollback (error);
 
     const int after = filesBelow (home) - filesBelow (content) - filesBelow (products) - (content.exists() ? 1 : 0);

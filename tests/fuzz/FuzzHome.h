@@ -9,7 +9,7 @@
 /** What the fuzzer calls with each input; every target defines it. */
 extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size);
 
-namespace zorva::fuzz
+namespace fuzz
 {
 /** A scratch HOME for the whole run of a fuzz target, in memory: everything else is read-only while the
     targets run under scripts/fuzz.sh. */

@@ -6,7 +6,7 @@
     that directory, so that the fuzzer can name files in it and around it. */
 extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
 {
-    const auto around = zorva::fuzz::home().getChildFile ("journal");
+    const auto around = fuzz::home().getChildFile ("journal");
     const auto root = around.getChildFile ("root");
     const auto outside = around.getChildFile ("outside.txt");
     const auto record = around.getChildFile ("record.json");
@@ -18,11 +18,11 @@ extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t siz
     root.getChildFile ("a.exe").replaceWithText ("live");
     root.getChildFile ("a.exe.backup-1").replaceWithText ("old");
 
-    const auto text = zorva::fuzz::textOf (data, size).replace ("@ROOT@", root.getFullPathName());
+    const auto text = fuzz::textOf (data, size).replace ("@ROOT@", root.getFullPathName());
     root.getChildFile (".zorva-promotion-0.json").replaceWithText (text, false, false, nullptr);
 
     juce::StringArray notes;
-    zorva::RecoveryScanner::recoverRoot (root, record, notes, true);
+    RecoveryScanner::recoverRoot (root, record, notes, true);
 
     if (! root.isDirectory() || outside.loadFileAsString() != "outside")
         std::abort();

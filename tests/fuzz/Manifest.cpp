@@ -5,9 +5,9 @@
 /** Whatever arrives, the parser and the checker agree on whether the document is usable. */
 extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
 {
-    const auto text = zorva::fuzz::textOf (data, size);
-    const auto products = zorva::parseManifest (text);
-    const auto problems = zorva::checkManifest (text);
+    const auto text = fuzz::textOf (data, size);
+    const auto products = parseManifest (text);
+    const auto problems = checkManifest (text);
     const bool fatal = ! problems.empty() && problems.back().fatal;
 
     if (fatal && ! products.empty())

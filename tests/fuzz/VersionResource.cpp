@@ -6,7 +6,7 @@
 extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
 {
     juce::MemoryInputStream file (data, size, false);
-    const auto version = zorva::platform::readPeProductVersion (file);
+    const auto version = platform::readPeProductVersion (file);
 
     if (version.isEmpty())
         return 0;

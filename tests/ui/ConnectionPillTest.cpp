@@ -7,7 +7,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

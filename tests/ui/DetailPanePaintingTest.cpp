@@ -1,7 +1,6 @@
 #include "DetailPaneScene.h"
 #include "ui/HubPalette.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

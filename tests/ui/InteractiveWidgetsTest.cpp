@@ -3,7 +3,6 @@
 #include "support/Text.h"
 #include "ui/HubPalette.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -6,7 +6,6 @@
 #include "support/Files.h"
 #include "support/Text.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

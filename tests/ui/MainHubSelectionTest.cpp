@@ -4,7 +4,6 @@
 #include "support/Files.h"
 #include "support/Text.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -4,7 +4,6 @@
 #include "ui/HubPalette.h"
 #include "ui/ProductActions.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

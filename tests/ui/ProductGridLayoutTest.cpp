@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 namespace
 {
 using Bounds = juce::Rectangle<int>;

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 namespace
 {
 const char* const opening = "ZORVA Hub protected the last-good product state during startup. The following recovery items need your attention:\n\n";

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 TEST (SizeText, ChoosesTheUnitByPowersOf1024)
 {
     struct Case

@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 //==============================================================================

@@ -5,8 +5,6 @@
 #include "support/ChildFile.h"
 #include "support/FileHash.h"
 
-namespace zorva
-{
 /** Empty when the entry was filled, otherwise the reason why not. */
 static juce::String fillEntry (const juce::var& platform, const juce::File& folder)
 {
@@ -60,5 +58,4 @@ juce::StringArray fillFromFiles (const juce::var& manifest, const juce::File& fo
                     unchanged.add (BoundedJson::textIn (product, "id") + ": platforms." + entry.name.toString() + ": " + reason);
 
     return unchanged;
-}
 }

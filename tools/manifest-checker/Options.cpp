@@ -1,7 +1,5 @@
 #include "Options.h"
 
-namespace zorva
-{
 std::optional<Options> parseOptions (const juce::StringArray& arguments)
 {
     Options options;
@@ -34,5 +32,4 @@ std::optional<Options> parseOptions (const juce::StringArray& arguments)
 
     const bool outputHasNoUse = options.output.isNotEmpty() && options.files.isEmpty();
     return options.manifest.isEmpty() || outputHasNoUse ? std::optional<Options>() : options;
-}
 }

@@ -3,8 +3,6 @@
 #include <juce_core/juce_core.h>
 #include <optional>
 
-namespace zorva
-{
 /** What the command line asks for. Paths may be relative to the working directory. */
 struct Options
 {
@@ -16,4 +14,3 @@ struct Options
 
 /** Nothing when the command line makes no sense. */
 std::optional<Options> parseOptions (const juce::StringArray& arguments);
-}

@@ -6,8 +6,6 @@
 
 #include <iostream>
 
-namespace zorva
-{
 namespace
 {
 enum ExitCode
@@ -119,7 +117,6 @@ ExitCode run (const juce::StringArray& arguments)
     return options->files.isEmpty() ? print (checkManifest (text), std::cout) : fill (text, *options);
 }
 }
-}
 
 int main (int argc, char* argv[])
 {
@@ -128,5 +125,5 @@ int main (int argc, char* argv[])
     for (int i = 1; i < argc; ++i)
         arguments.add (juce::String::fromUTF8 (argv[i]));
 
-    return zorva::run (arguments);
+    return run (arguments);
 }

@@ -4,7 +4,7 @@
 #include <cwctype>
 #include <locale.h>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

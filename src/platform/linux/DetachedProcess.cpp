@@ -13,7 +13,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

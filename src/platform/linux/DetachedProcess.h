@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** Starts a program that outlives the Hub and shares nothing with it: a session of its own, no open files but /dev/null as its
     standard streams, default signal handling, the user's own file-creation mask. The first argument is the program's whole path;

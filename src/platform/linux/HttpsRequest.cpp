@@ -6,7 +6,7 @@
 #include <curl/curl.h>
 #include <vector>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

@@ -2,7 +2,7 @@
 
 #include <sys/stat.h>
 
-namespace zorva::platform
+namespace platform
 {
 bool isLinkOrRedirection (const juce::File& file)
 {

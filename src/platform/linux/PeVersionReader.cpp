@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

@@ -2,7 +2,7 @@
 
 #include <juce_core/juce_core.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** The product version in the fixed version block of a Windows program (Microsoft's PE format, resource type VERSION) as
     "major.minor.build". The empty string for anything that is no such program, has no such block or is not whole.

@@ -2,7 +2,7 @@
 
 #include "platform/linux/PeVersionReader.h"
 
-namespace zorva::platform
+namespace platform
 {
 juce::String productVersionOf (const juce::File& program)
 {

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

@@ -9,7 +9,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

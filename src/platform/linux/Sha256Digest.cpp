@@ -3,7 +3,7 @@
 #include <openssl/evp.h>
 #include <utility>
 
-namespace zorva::platform
+namespace platform
 {
 struct Sha256Digest::Pimpl
 {

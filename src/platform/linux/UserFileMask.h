@@ -2,7 +2,7 @@
 
 #include <sys/types.h>
 
-namespace zorva::platform
+namespace platform
 {
 /** The file-creation mask the process was started with, for the programs that it starts. */
 mode_t userFileMask();

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-namespace zorva::platform
+namespace platform
 {
 struct HttpsRequest::Pimpl
 {

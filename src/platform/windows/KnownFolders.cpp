@@ -1,6 +1,6 @@
 #include "platform/KnownFolders.h"
 
-namespace zorva::platform
+namespace platform
 {
 juce::File configurationFolder()
 {

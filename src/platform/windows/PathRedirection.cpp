@@ -2,7 +2,7 @@
 
 #include "platform/windows/WindowsHeaders.h"
 
-namespace zorva::platform
+namespace platform
 {
 bool isLinkOrRedirection (const juce::File& file)
 {

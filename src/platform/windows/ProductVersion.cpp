@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace zorva::platform
+namespace platform
 {
 juce::String productVersionOf (const juce::File& program)
 {

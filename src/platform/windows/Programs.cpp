@@ -5,7 +5,7 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {

@@ -1,6 +1,6 @@
 #include "platform/SecondInstance.h"
 
-namespace zorva::platform
+namespace platform
 {
 /** The framework's own message reaches the first instance here, so there is nothing to listen to. */
 struct SecondInstance::Listener

@@ -8,7 +8,7 @@
 #include <limits>
 #include <utility>
 
-namespace zorva::platform
+namespace platform
 {
 struct Sha256Digest::Pimpl
 {

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 namespace
 {
 struct Case

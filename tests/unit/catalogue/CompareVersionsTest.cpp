@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 TEST (CompareVersions, ComparesPartByPartAsNumbers)
 {
     const struct { const char* a; const char* b; int expected; } cases[]

@@ -3,8 +3,6 @@
 #include <BinaryData.h>
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 namespace
 {
 juce::String fallbackText()

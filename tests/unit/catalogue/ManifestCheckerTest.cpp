@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

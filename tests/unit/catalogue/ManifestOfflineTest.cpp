@@ -5,7 +5,6 @@
 #include "support/TrustedTestServer.h"
 #include "unit/catalogue/RefreshSubject.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

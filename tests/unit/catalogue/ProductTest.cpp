@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 TEST (Product, ADefaultProductIsAnEmptyApplication)
 {
     const Product product;

@@ -5,7 +5,6 @@
 
 #include <functional>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -1,7 +1,6 @@
 #include "InstallRun.h"
 #include "support/ZipBuilder.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -4,7 +4,6 @@
 
 #include <functional>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

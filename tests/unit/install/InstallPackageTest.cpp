@@ -3,7 +3,6 @@
 
 #include <sys/stat.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

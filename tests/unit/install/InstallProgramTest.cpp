@@ -4,7 +4,6 @@
 
 #include <sys/stat.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -3,7 +3,6 @@
 
 #include <functional>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -2,7 +2,6 @@
 #include "InstallRun.h"
 #include "support/ManifestBuilder.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

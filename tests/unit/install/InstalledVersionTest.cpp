@@ -1,7 +1,6 @@
 #include "InstallRun.h"
 #include "support/PeImage.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (InstallService, TheInstalledVersionIsThreeNumbersOfTheProductVersion)

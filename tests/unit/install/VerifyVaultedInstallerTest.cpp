@@ -8,7 +8,6 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

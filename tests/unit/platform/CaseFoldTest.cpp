@@ -4,8 +4,6 @@
 #include <clocale>
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 namespace
 {
 const struct { const char* text; const char* folded; } cases[]

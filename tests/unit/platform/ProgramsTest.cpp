@@ -11,7 +11,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

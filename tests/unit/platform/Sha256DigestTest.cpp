@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <juce_cryptography/juce_cryptography.h>
 
-using zorva::platform::Sha256Digest;
+using platform::Sha256Digest;
 
 namespace
 {

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (KnownFolders, LieBelowHome)

@@ -7,7 +7,6 @@
 #include <clocale>
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (AtomicRename, PutsAFileInThePlaceOfAnother)

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 TEST (ChildFile, GivesNoMeaningToATilde)
 {
     const juce::File folder ("/home/user/Vault");

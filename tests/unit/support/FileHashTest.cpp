@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <juce_cryptography/juce_cryptography.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (FileHash, KnowsThePublishedExamples)

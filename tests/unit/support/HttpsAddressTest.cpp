@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zorva;
-
 TEST (HttpsAddress, NeedsTheSchemeAndAHost)
 {
     const struct { juce::String text; bool expected; } cases[]

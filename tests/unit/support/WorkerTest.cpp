@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <juce_core/juce_core.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (Worker, RunsItsJobOnceOnAnotherThread)

@@ -3,7 +3,6 @@
 #include "support/FolderWatch.h"
 #include "vault/VaultStore.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -3,7 +3,6 @@
 #include "support/FolderWatch.h"
 #include "support/PrivateMounts.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 //==============================================================================

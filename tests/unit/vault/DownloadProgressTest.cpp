@@ -1,7 +1,6 @@
 #include "DownloadRun.h"
 #include "support/Files.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (DownloadService, ProgressBeginsAtNothingAndOnlyGrows)

@@ -2,7 +2,6 @@
 #include "support/Files.h"
 #include "support/ThreadRefusal.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

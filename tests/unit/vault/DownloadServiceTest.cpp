@@ -4,7 +4,6 @@
 #include "support/PrivateMounts.h"
 #include "vault/VaultStore.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

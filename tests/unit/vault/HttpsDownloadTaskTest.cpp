@@ -8,7 +8,6 @@
 #include <atomic>
 #include <gtest/gtest.h>
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

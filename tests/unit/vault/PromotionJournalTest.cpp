@@ -1,7 +1,6 @@
 #include "support/PromotionScene.h"
 #include "support/Text.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 namespace

@@ -1,7 +1,6 @@
 #include "support/PrivateMounts.h"
 #include "support/PromotionScene.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 //==============================================================================

@@ -1,6 +1,5 @@
 #include "support/PromotionScene.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (PromotionTransaction, ActivatePutsTheNewPayloadInPlaceAndKeepsTheOldOne)

@@ -3,7 +3,6 @@
 #include "support/Text.h"
 #include "unit/vault/InterruptedPromotion.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 //==============================================================================

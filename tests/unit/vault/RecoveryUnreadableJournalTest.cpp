@@ -1,6 +1,5 @@
 #include "unit/vault/InterruptedPromotion.h"
 
-using namespace zorva;
 using namespace zorva::test;
 
 TEST (RecoveryScanner, AJournalThatCannotBeReadIsKept)
