@@ -1,6 +1,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
-// A window of the Hub's size with one colour in it: what the framework itself costs.
+// A window of the Hub's size with one colour in it, and tooltips switched on: what the framework itself costs.
 
 namespace
 {
@@ -9,6 +9,9 @@ class BareContent final : public juce::Component
 public:
     BareContent() { setSize (1100, 720); }
     void paint (juce::Graphics& g) override { g.fillAll (juce::Colour (0xff434343)); }
+
+private:
+    juce::TooltipWindow tooltips { this };
 };
 
 class BareApplication final : public juce::JUCEApplication

@@ -15,35 +15,20 @@
 
 namespace
 {
-Window findWindow (Display* display, Window parent, const char* name)
+bool hasName (Display* display, Window window, const char* name)
 {
-    Window root = 0, above = 0, *children = nullptr;
-    unsigned int count = 0;
-    Window found = 0;
+    XTextProperty title;
 
-    if (XQueryTree (display, parent, &root, &above, &children, &count) == 0)
-        return 0;
+    if (XGetWMName (display, window, &title) == 0)      // in whatever encoding: the framework sets UTF-8
+        return false;
 
-    for (unsigned int i = 0; i < count && found == 0; ++i)
-    {
-        char* title = nullptr;
-
-        if (XFetchName (display, children[i], &title) != 0 && title != nullptr && std::strcmp (title, name) == 0)
-            found = children[i];
-
-        if (title != nullptr)
-            XFree (title);
-
-        if (found == 0)
-            found = findWindow (display, children[i], name);
-    }
-
-    if (children != nullptr)
-        XFree (children);
-
-    return found;
+    const auto same = title.value != nullptr && std::strcmp (reinterpret_cast<const char*> (title.value), name) == 0;
+    XFree (title.value);
+    return same;
 }
 
+/** True when the window is on the screen and its middle has another colour than an unpainted one. The framework gives helper
+    windows of one pixel the same name. */
 bool hasPainted (Display* display, Window window, unsigned long emptyColour)
 {
     XWindowAttributes attributes;
@@ -59,6 +44,26 @@ bool hasPainted (Display* display, Window window, unsigned long emptyColour)
     const auto pixel = XGetPixel (image, 0, 0) & 0xffffffu;
     XDestroyImage (image);
     return pixel != emptyColour;
+}
+
+bool anyPainted (Display* display, Window parent, const char* name, unsigned long emptyColour)
+{
+    Window root = 0, above = 0, *children = nullptr;
+    unsigned int count = 0;
+
+    if (XQueryTree (display, parent, &root, &above, &children, &count) == 0)
+        return false;
+
+    bool painted = false;
+
+    for (unsigned int i = 0; i < count && ! painted; ++i)
+        painted = (hasName (display, children[i], name) && hasPainted (display, children[i], emptyColour))
+               || anyPainted (display, children[i], name, emptyColour);
+
+    if (children != nullptr)
+        XFree (children);
+
+    return painted;
 }
 
 int ignoreErrors (Display*, XErrorEvent*) { return 0; }
@@ -93,8 +98,7 @@ int main (int argc, char** argv)
         usleep (2000);
         milliseconds = std::chrono::duration<double, std::milli> (std::chrono::steady_clock::now() - start).count();
 
-        if (const auto window = findWindow (display, DefaultRootWindow (display), argv[1]); window != 0)
-            painted = hasPainted (display, window, emptyColour);
+        painted = anyPainted (display, DefaultRootWindow (display), argv[1], emptyColour);
     }
 
     kill (child, SIGINT);

@@ -8,7 +8,9 @@ endif()
 
 find_package(PkgConfig REQUIRED)
 # JUCE's own checks are not REQUIRED and would fail later, in a compile.
-pkg_check_modules(HUB_SYSTEM_DEPS REQUIRED freetype2 fontconfig libpng libjpeg zlib libcurl x11 xext xrandr xinerama xcursor)
+pkg_check_modules(HUB_SYSTEM_DEPS REQUIRED freetype2 fontconfig libpng libjpeg zlib
+  libcurl>=7.87     # CURLOPT_QUICK_EXIT
+  x11 xext xrandr xinerama xcursor)
 pkg_check_modules(HUB_CRYPTO REQUIRED IMPORTED_TARGET libcrypto)
 
 add_subdirectory("${HUB_JUCE_DIR}" juce EXCLUDE_FROM_ALL)

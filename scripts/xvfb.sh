@@ -11,8 +11,14 @@ export DISPLAY=":$number"
 openbox >/dev/null 2>&1 &
 manager=$!
 for _ in $(seq 50); do xdotool get_desktop >/dev/null 2>&1 && break; sleep 0.1; done   # answers once a window manager runs
-"$@"
+finish() {
+  kill "$manager" "$server" 2>/dev/null
+  wait "$manager" "$server" 2>/dev/null
+}
+trap 'kill "$command" 2>/dev/null; wait "$command" 2>/dev/null; finish; exit 143' TERM INT
+"$@" <&0 &          # in the background, where the shell can still hear a signal; a Ctrl-C is passed on as SIGTERM
+command=$!
+wait "$command"
 rc=$?
-kill "$manager" "$server" 2>/dev/null
-wait "$manager" "$server" 2>/dev/null
+finish
 exit "$rc"

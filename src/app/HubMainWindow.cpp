@@ -1,7 +1,5 @@
 #include "app/HubMainWindow.h"
 
-namespace zorva
-{
 HubMainWindow::HubMainWindow (const juce::String& name)
     : juce::DocumentWindow (name, juce::Colour (0xff141414), juce::DocumentWindow::allButtons, true)
 {
@@ -17,5 +15,4 @@ int HubMainWindow::getDesktopWindowStyleFlags() const
 {
     const int style = juce::DocumentWindow::getDesktopWindowStyleFlags();
     return isResizable() ? style | juce::ComponentPeer::windowIsResizable : style;
-}
 }

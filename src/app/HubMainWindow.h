@@ -2,8 +2,6 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-namespace zorva
-{
 /** The Hub's one top-level window. Closing it asks the application to quit, without a question. Message thread. */
 class HubMainWindow final : public juce::DocumentWindow
 {
@@ -16,4 +14,3 @@ public:
         and would have no smallest size. */
     int getDesktopWindowStyleFlags() const override;
 };
-}

@@ -3,7 +3,7 @@
 #include "app/PathTrust.h"
 #include "platform/KnownFolders.h"
 
-namespace zorva::HubPaths
+namespace HubPaths
 {
 namespace
 {

@@ -3,7 +3,7 @@
 #include <juce_core/juce_core.h>
 
 /** Where everything of the Hub lives on disk. Pure computations without state, for any thread; no path depends on a setting. */
-namespace zorva::HubPaths
+namespace HubPaths
 {
 /** The Hub's own directory in the user's configuration: "ZORVA Hub". */
 juce::File root();

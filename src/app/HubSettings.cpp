@@ -4,7 +4,7 @@
 #include "support/BoundedJson.h"
 #include "support/RecordFile.h"
 
-namespace zorva::HubSettings
+namespace HubSettings
 {
 namespace
 {

@@ -4,7 +4,7 @@
 
 /** The user's settings, settings.json: a juce::var that holds a juce::DynamicObject. MainHubComponent owns the value and passes
     it in; keys that the Hub does not know survive a save. Message thread only. */
-namespace zorva::HubSettings
+namespace HubSettings
 {
 /** The built-in manifest address. The reserved top-level domain keeps an unconfigured Hub from ever calling a stranger. */
 extern const char* const defaultManifestUrl;

@@ -6,8 +6,8 @@ namespace
 /** Runs before anything else of the program, so that every file the Hub makes is private from the first one on. */
 const struct ProcessPreparation
 {
-    ProcessPreparation() { zorva::platform::prepareProcess(); }
+    ProcessPreparation() { platform::prepareProcess(); }
 } processPreparation;
 }
 
-START_JUCE_APPLICATION (zorva::ZorvaHubApplication)
+START_JUCE_APPLICATION (ZorvaHubApplication)

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace zorva::PathTrust
+namespace PathTrust
 {
 namespace
 {

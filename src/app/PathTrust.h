@@ -10,7 +10,7 @@
 
     All are free functions without state or locks; they answer false and never throw; any thread may call them. A check and the
     use that follows are not one step, so whoever replaces something checks again immediately before acting. */
-namespace zorva::PathTrust
+namespace PathTrust
 {
 /** Computes the weakly canonical form: what exists is resolved through the file system, the rest is normalised. True only if no
     error was reported and the path is not empty; the output is untouched otherwise. */

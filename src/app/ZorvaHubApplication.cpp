@@ -6,8 +6,6 @@
 
 #include <iostream>
 
-namespace zorva
-{
 ZorvaHubApplication::~ZorvaHubApplication()
 {
     mainWindow.reset();
@@ -20,12 +18,13 @@ void ZorvaHubApplication::initialise (const juce::String&)
     if (juce::Desktop::getInstance().getDisplays().getPrimaryDisplay() == nullptr)
     {
         std::cerr << "ZORVA Hub needs a display to open its window on, and there is none." << std::endl;
-        hasNoDisplay = true;
+        start = Start::withoutDisplay;
         setApplicationReturnValue (1);
         quit();
         return;
     }
 
+    start = Start::complete;
     HubPaths::ensureDirectories();
 
     lookAndFeel = std::make_unique<HubLookAndFeel>();
@@ -46,14 +45,11 @@ void ZorvaHubApplication::initialise (const juce::String&)
 
 void ZorvaHubApplication::shutdown()
 {
-    if (hasNoDisplay)
-        return;
-
-    if (lookAndFeel == nullptr)
-    {
+    if (start == Start::notReached)
         platform::SecondInstance::notifyFirst();
+
+    if (start != Start::complete)
         return;
-    }
 
     secondInstance.stop();
     mainWindow.reset();
@@ -66,5 +62,4 @@ void ZorvaHubApplication::anotherInstanceStarted (const juce::String&)
 {
     if (mainWindow != nullptr)
         mainWindow->toFront (true);
-}
 }

@@ -4,8 +4,6 @@
 #include "platform/SecondInstance.h"
 #include "ui/HubLookAndFeel.h"
 
-namespace zorva
-{
 /** The process shell: makes the Hub's directories, installs the look and feel, builds the one window, and takes the two down
     again. All else happens inside MainHubComponent. Message thread. */
 class ZorvaHubApplication final : public juce::JUCEApplication
@@ -32,9 +30,16 @@ public:
     void unhandledException (const std::exception*, const juce::String&, int) override {}
 
 private:
+    /** How far initialise() came; the framework calls shutdown() in each case. */
+    enum class Start
+    {
+        notReached,         ///< a second process, stopped before it
+        withoutDisplay,     ///< nothing to open a window on
+        complete
+    };
+
     std::unique_ptr<HubLookAndFeel> lookAndFeel;
     std::unique_ptr<HubMainWindow> mainWindow;
     platform::SecondInstance secondInstance;
-    bool hasNoDisplay = false;
+    Start start = Start::notReached;
 };
-}

@@ -7,8 +7,6 @@
 
 #include <set>
 
-namespace zorva
-{
 namespace
 {
 constexpr int formatVersion = 1;
@@ -275,5 +273,4 @@ int compareVersions (const juce::String& a, const juce::String& b)
     }
 
     return 0;
-}
 }

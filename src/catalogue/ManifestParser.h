@@ -2,8 +2,6 @@
 
 #include "catalogue/Product.h"
 
-namespace zorva
-{
 /** Reads a manifest. The products in document order, or an empty list when the document breaks any rule of the format: one bad
     product makes all of it unusable, since products name download addresses and directories. Products without a name or version
     are left out, and a document that is left with none counts as unusable too. Pure, any thread. */
@@ -24,4 +22,3 @@ std::vector<ManifestProblem> checkManifest (const juce::String& text);
 /** 1 when a is the later version, -1 when b is, 0 when neither. Parts between dots are compared as numbers; a missing part is 0,
     and a part counts as the number it begins with. Pure, any thread. */
 int compareVersions (const juce::String& a, const juce::String& b);
-}

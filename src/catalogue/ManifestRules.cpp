@@ -2,8 +2,6 @@
 
 #include "app/PathTrust.h"
 
-namespace zorva
-{
 namespace
 {
 template <typename Value>
@@ -74,4 +72,3 @@ const char* firstBroken (const Rule<Value> (&rules)[count], const Value& value)
 const char* brokenContentRule (const Product& soundPack)           { return firstBroken (contentRules, soundPack); }
 const char* brokenNoteRule (const ReleaseNote& note)               { return firstBroken (noteRules, note); }
 const char* brokenPlatformRule (const ProductPlatform& platform)   { return firstBroken (platformRules, platform); }
-}

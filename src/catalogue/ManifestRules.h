@@ -4,8 +4,6 @@
 
 /** What the parts of a product in a manifest must be. Each function answers with the first broken rule, in the order in which the
     format tests them, as one sentence; null when none is broken. Pure, any thread. */
-namespace zorva
-{
 /** The "content" texts of a sound pack, trimmed, and the product's id. */
 const char* brokenContentRule (const Product& soundPack);
 
@@ -14,4 +12,3 @@ const char* brokenNoteRule (const ReleaseNote& note);
 
 /** One entry of "platforms". */
 const char* brokenPlatformRule (const ProductPlatform& platform);
-}

@@ -11,8 +11,6 @@
 
 #include <algorithm>
 
-namespace zorva
-{
 namespace
 {
 constexpr int connectTimeoutMs = 6000;
@@ -87,7 +85,8 @@ std::vector<Product> mergeProducts (std::vector<Product> cached, const std::vect
     for (const auto& product : fallback)
     {
         const auto id = normalisedId (product.id);
-        const auto known = std::find_if (cached.begin(), cached.end(), [&id] (const Product& other) { return normalisedId (other.id) == id; });
+        const auto known = std::find_if (cached.begin(), cached.end(),
+                                         [&id] (const Product& other) { return normalisedId (other.id) == id; });
 
         if (known == cached.end())
             cached.push_back (product);
@@ -135,14 +134,15 @@ void ManifestService::refresh (ResultCallback callback)
 
 void ManifestService::post (Refresh& job, std::vector<Product> found, bool reached)
 {
-    juce::MessageManager::callAsync ([service = std::move (job.service), callback = std::move (job.callback), list = std::move (found), reached]
-    {
-        if (auto* target = service.get())
-            target->apply (list, reached);
+    juce::MessageManager::callAsync (
+        [service = std::move (job.service), callback = std::move (job.callback), list = std::move (found), reached]
+        {
+            if (auto* target = service.get())
+                target->apply (list, reached);
 
-        if (callback != nullptr)
-            callback (list, reached);
-    });
+            if (callback != nullptr)
+                callback (list, reached);
+        });
 }
 
 void ManifestService::apply (const std::vector<Product>& list, bool reached)
@@ -167,5 +167,4 @@ bool ManifestService::isOnline() const
 void ManifestService::clearCache()
 {
     HubPaths::manifestCacheFile().deleteFile();
-}
 }

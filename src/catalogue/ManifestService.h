@@ -4,8 +4,6 @@
 
 #include <functional>
 
-namespace zorva
-{
 /** Knows which products exist and whether the last attempt to reach the network worked.
 
     Offline first: from construction on there is a list, from disk or built in, and a refresh only ever improves on it. There is no
@@ -58,4 +56,3 @@ std::vector<Product> loadProducts();
 
 /** The cached list, in its order, with each built-in product added or, where the cached version is lower, put in its place. */
 std::vector<Product> mergeProducts (std::vector<Product> cached, const std::vector<Product>& fallback);
-}

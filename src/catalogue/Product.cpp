@@ -3,8 +3,6 @@
 #include "app/PathTrust.h"
 #include "platform/CaseFold.h"
 
-namespace zorva
-{
 const ProductPlatform* Product::windowsPlatform() const
 {
     const auto entry = platforms.find ("win");
@@ -14,5 +12,4 @@ const ProductPlatform* Product::windowsPlatform() const
 juce::String normalisedId (const juce::String& id)
 {
     return PathTrust::isSafeIdentity (id) ? platform::foldCase (id) : juce::String();
-}
 }

@@ -5,8 +5,6 @@
 #include <unordered_map>
 #include <vector>
 
-namespace zorva
-{
 /** One line of what a release brings; both texts are trimmed and not empty. */
 struct ReleaseNote
 {
@@ -60,4 +58,3 @@ struct Product
 
 /** The form in which two ids are the same product: lower case, or empty for an id that may not be used. Pure, any thread. */
 juce::String normalisedId (const juce::String& id);
-}

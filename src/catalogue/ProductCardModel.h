@@ -2,8 +2,6 @@
 
 #include "catalogue/Product.h"
 
-namespace zorva
-{
 /** What a product is to this machine now. */
 enum class ProductCardState
 {
@@ -26,4 +24,3 @@ struct ProductCardModel
     bool updateAvailable = false;
     juce::String latestVersion;     ///< the catalogue's version, set in updateAvailable only
 };
-}
