@@ -11,7 +11,10 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(HUB_SYSTEM_DEPS REQUIRED freetype2 fontconfig libpng libjpeg zlib
   libcurl>=7.87     # CURLOPT_QUICK_EXIT
   x11 xext xrandr xinerama xcursor)
-pkg_check_modules(HUB_CRYPTO REQUIRED IMPORTED_TARGET libcrypto)
+if(NOT WIN32)
+  pkg_check_modules(HUB_CRYPTO REQUIRED IMPORTED_TARGET libcrypto)
+  pkg_check_modules(HUB_SECRETS REQUIRED libsecret-1)
+endif()
 
 add_subdirectory("${HUB_JUCE_DIR}" juce EXCLUDE_FROM_ALL)
 
@@ -21,9 +24,10 @@ target_link_libraries(hub_juce
     juce::juce_core juce::juce_events juce::juce_data_structures juce::juce_cryptography
     juce::juce_graphics juce::juce_gui_basics
     juce::pkgconfig_JUCE_CURL_LINUX_DEPS
-    juce::pkgconfig_JUCE_IMG_LINUX_DEPS
-  PUBLIC
-    juce::juce_recommended_config_flags)
+    juce::pkgconfig_JUCE_IMG_LINUX_DEPS)
+if(NOT HUB_SANITIZE)    # there these would turn all optimisation off, and it is slow enough
+  target_link_libraries(hub_juce PUBLIC juce::juce_recommended_config_flags)
+endif()
 target_compile_definitions(hub_juce
   PUBLIC
     JUCE_STANDALONE_APPLICATION=1

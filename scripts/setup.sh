@@ -7,9 +7,9 @@ cd "$(dirname "$0")/.."
 packages=(
   clang-19 lld-19 libclang-rt-19-dev cmake ninja-build pkg-config ccache git
   libfreetype-dev libfontconfig-dev libx11-dev libxext-dev libxrandr-dev libxinerama-dev libxcursor-dev
-  libpng-dev libjpeg-dev zlib1g-dev libcurl4-openssl-dev libssl-dev libgtest-dev libbenchmark-dev
+  libpng-dev libjpeg-dev zlib1g-dev libcurl4-openssl-dev libssl-dev libsecret-1-dev libgtest-dev libbenchmark-dev
   g++-mingw-w64-x86-64-posix
-  fonts-dejavu-core xvfb xauth openbox xdotool wmctrl imagemagick x11-utils xdg-utils
+  fonts-dejavu-core xvfb xauth openbox xdotool dbus dbus-daemon gnome-keyring libsecret-tools wmctrl imagemagick x11-utils xdg-utils
   python3 openssl curl zip unzip util-linux iproute2
   dpkg-dev ca-certificates debian-archive-keyring )
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/HubMainWindow.h"
+#include "app/HubVersion.h"
 #include "platform/SecondInstance.h"
 #include "ui/HubLookAndFeel.h"
 
@@ -13,7 +14,7 @@ public:
     ~ZorvaHubApplication() override;
 
     const juce::String getApplicationName() override       { return "ZORVA Hub"; }
-    const juce::String getApplicationVersion() override    { return "13.0.0"; }
+    const juce::String getApplicationVersion() override    { return hubVersion; }
     bool moreThanOneInstanceAllowed() override             { return false; }
 
     /** The command line is ignored. */

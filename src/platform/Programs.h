@@ -18,4 +18,8 @@ bool openFolder (const juce::File& folder);
 /** Shows a file or folder, selected where the system can, in the system's file manager, without a shell. False when nothing
     could be started. */
 bool revealInFileManager (const juce::File& file);
+
+/** Opens an https or mailto address in the user's browser or mail program, without a shell. False for any other address, and when
+    nothing could be started. */
+bool openAddress (const juce::String& address);
 }

@@ -110,6 +110,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
         except OSError:
             pass
 
+    def do_POST(self):
+        self.rfile.read(int(self.headers.get("Content-Length", 0)))
+        self.do_GET()
+
     def send_answer(self, answer, entry):
         if answer.silent:
             answer.released.wait()

@@ -1,19 +1,25 @@
 #include "platform/ProcessSetup.h"
 
 #include "platform/linux/CreationMask.h"
+#include "platform/linux/MemoryPrivacy.h"
 
 #include <atomic>
 #include <clocale>
-#include <cstdio>
-#include <cstdlib>
 #include <sys/stat.h>
 
-namespace zorva::platform
+namespace platform
 {
 namespace
 {
 constexpr mode_t privateToTheUser = 077;
 constexpr int notPrepared = -1;
+
+/** Builds for debugging leave their memory to debuggers, and to the sanitizers. */
+#ifdef NDEBUG
+constexpr bool isForPeople = true;
+#else
+constexpr bool isForPeople = false;
+#endif
 
 // Constant initialisation: prepareProcess() may run before the dynamic initialisation of this file.
 constinit std::atomic<int> maskBefore { notPrepared };
@@ -32,15 +38,10 @@ void prepareProcess()
     maskBefore.compare_exchange_strong (expected, mask);    // a second call must not take the Hub's mask for the user's
 
     std::setlocale (LC_CTYPE, "C.UTF-8");
+
+    if constexpr (isForPeople)
+        keepMemoryPrivate();
 }
 
-void endWithoutStaticDestruction (int exitCode)
-{
-    static int code = 0;
-    code = exitCode;
-
-    // What is registered last runs first, before any destructor.
-    if (userCreationMask().has_value())
-        std::atexit ([] { std::fflush (nullptr); std::_Exit (code); });
-}
+bool isProcessPrepared() { return userCreationMask().has_value(); }
 }

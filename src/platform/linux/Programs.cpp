@@ -69,4 +69,12 @@ bool revealInFileManager (const juce::File& file)
 {
     return openFolder (file.isDirectory() ? file : file.getParentDirectory());
 }
+
+bool openAddress (const juce::String& address)
+{
+    const auto opener = findOpener();
+
+    return (address.startsWith ("https://") || address.startsWith ("mailto:")) && opener != juce::File()
+        && startDetached ({ opener.getFullPathName(), address }, juce::File ("/"));
+}
 }

@@ -1,10 +1,8 @@
 #include "platform/ProcessSetup.h"
 
 #include <clocale>
-#include <cstdio>
-#include <cstdlib>
 
-namespace zorva::platform
+namespace platform
 {
 static bool prepared = false;
 
@@ -16,13 +14,5 @@ void prepareProcess()
     std::setlocale (LC_CTYPE, ".UTF-8");
 }
 
-void endWithoutStaticDestruction (int exitCode)
-{
-    static int code = 0;
-    code = exitCode;
-
-    // What is registered last runs first, before any destructor.
-    if (prepared)
-        std::atexit ([] { std::fflush (nullptr); std::_Exit (code); });
-}
+bool isProcessPrepared() { return prepared; }
 }

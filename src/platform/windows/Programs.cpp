@@ -53,4 +53,9 @@ bool revealInFileManager (const juce::File& file)
     ::CoTaskMemFree (item);
     return shown;
 }
+
+bool openAddress (const juce::String& address)
+{
+    return (address.startsWith ("https://") || address.startsWith ("mailto:")) && openPath (address, {});
+}
 }

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace platform
+{
+/** To be called just before a juce::NamedPipe is made that must not exist yet. On Windows that class also asks for the calling
+    thread's last error when all went well, and takes one that an earlier call left there for its own. Nothing elsewhere. */
+void prepareToCreatePipe();
+
+/** How many milliseconds the server of a juce::NamedPipe must leave it open after its last write, so that the client can read what
+    was written: on Windows closing discards it, while a FIFO keeps it for a client that has opened it. */
+int pipeLingerMilliseconds();
+}
