@@ -9,9 +9,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// first_paint NAME COLOUR COMMAND...: starts the command and prints the milliseconds until the middle of the top-level window of this
-// name has a colour other than the server's empty one; then ends the command with SIGINT. COLOUR is what an unpainted window shows,
-// as six hexadecimal digits.
+// first_paint NAME COLOUR COMMAND...: starts the command and prints the milliseconds until the window of this name shows COLOUR, six
+// hexadecimal digits, near its upper left corner; then ends the command with SIGINT. What a window shows before it is painted is
+// left to chance: what stood there before.
 
 namespace
 {
@@ -27,26 +27,25 @@ bool hasName (Display* display, Window window, const char* name)
     return same;
 }
 
-/** True when the window is on the screen and its middle has another colour than an unpainted one. The framework gives helper
-    windows of one pixel the same name. */
-bool hasPainted (Display* display, Window window, unsigned long emptyColour)
+/** True when the window is on the screen and shows the colour. The framework gives helper windows of one pixel the same name. */
+bool hasPainted (Display* display, Window window, unsigned long colour)
 {
     XWindowAttributes attributes;
 
     if (XGetWindowAttributes (display, window, &attributes) == 0 || attributes.map_state != IsViewable || attributes.width < 900)
         return false;
 
-    auto* image = XGetImage (display, window, attributes.width / 2, attributes.height / 2, 1, 1, AllPlanes, ZPixmap);
+    auto* image = XGetImage (display, window, 4, 4, 1, 1, AllPlanes, ZPixmap);
 
     if (image == nullptr)
         return false;
 
     const auto pixel = XGetPixel (image, 0, 0) & 0xffffffu;
     XDestroyImage (image);
-    return pixel != emptyColour;
+    return pixel == colour;
 }
 
-bool anyPainted (Display* display, Window parent, const char* name, unsigned long emptyColour)
+bool anyPainted (Display* display, Window parent, const char* name, unsigned long colour)
 {
     Window root = 0, above = 0, *children = nullptr;
     unsigned int count = 0;
@@ -57,8 +56,8 @@ bool anyPainted (Display* display, Window parent, const char* name, unsigned lon
     bool painted = false;
 
     for (unsigned int i = 0; i < count && ! painted; ++i)
-        painted = (hasName (display, children[i], name) && hasPainted (display, children[i], emptyColour))
-               || anyPainted (display, children[i], name, emptyColour);
+        painted = (hasName (display, children[i], name) && hasPainted (display, children[i], colour))
+               || anyPainted (display, children[i], name, colour);
 
     if (children != nullptr)
         XFree (children);
@@ -80,7 +79,7 @@ int main (int argc, char** argv)
         return 2;
 
     XSetErrorHandler (ignoreErrors);
-    const auto emptyColour = std::strtoul (argv[2], nullptr, 16);
+    const auto colour = std::strtoul (argv[2], nullptr, 16);
     const auto start = std::chrono::steady_clock::now();
     const auto child = fork();
 
@@ -98,7 +97,7 @@ int main (int argc, char** argv)
         usleep (2000);
         milliseconds = std::chrono::duration<double, std::milli> (std::chrono::steady_clock::now() - start).count();
 
-        painted = anyPainted (display, DefaultRootWindow (display), argv[1], emptyColour);
+        painted = anyPainted (display, DefaultRootWindow (display), argv[1], colour);
     }
 
     kill (child, SIGINT);

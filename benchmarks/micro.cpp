@@ -52,7 +52,7 @@ void parseManifestWhole (benchmark::State& state)
     const auto text = manifestOf (10000);
 
     for (auto _ : state)
-        if (zorva::parseManifest (text).size() != 10000)
+        if (parseManifest (text).size() != 10000)
             state.SkipWithError ("the manifest was refused");
 }
 
@@ -65,20 +65,20 @@ void parseJsonAlone (benchmark::State& state)
 }
 
 /** Fills the Vault with the first count products of the manifest. */
-std::vector<zorva::Product> vaultAll (int count)
+std::vector<Product> vaultAll (int count)
 {
-    zorva::HubPaths::vaultDirectory().deleteRecursively();
-    zorva::HubPaths::ensureDirectories();
-    auto products = zorva::parseManifest (manifestOf (count));
+    HubPaths::vaultDirectory().deleteRecursively();
+    HubPaths::ensureDirectories();
+    auto products = parseManifest (manifestOf (count));
 
     for (auto& product : products)
     {
-        const auto folder = zorva::VaultStore::vaultFolderFor (product.id);
+        const auto folder = VaultStore::vaultFolderFor (product.id);
         const auto installer = folder.getChildFile ("Setup.exe");
         folder.createDirectory();
         installer.replaceWithText ("MZ");
         product.platforms["win"].sizeBytes = installer.getSize();
-        zorva::VaultStore::writeVaultRecord (product, "win", installer);
+        VaultStore::writeVaultRecord (product, "win", installer);
     }
 
     return products;
@@ -90,16 +90,16 @@ void rebuildCards (benchmark::State& state)
 
     for (auto _ : state)
     {
-        const auto models = zorva::deriveCardModels (products, zorva::VaultIndex(), zorva::InstalledIndex(), {}, {});
+        const auto models = deriveCardModels (products, VaultIndex(), InstalledIndex(), {}, {});
 
-        if (models.size() != products.size() || models.back().state != zorva::ProductCardState::cached)
+        if (models.size() != products.size() || models.back().state != ProductCardState::cached)
             state.SkipWithError ("the cards are wrong");
     }
 }
 
 void paintPage (benchmark::State& state)
 {
-    zorva::MainHubComponent page;
+    MainHubComponent page;
     juce::Image target (juce::Image::ARGB, page.getWidth(), page.getHeight(), true);
     juce::Graphics g (target);
     page.paintEntireComponent (g, true);
@@ -131,7 +131,7 @@ int main (int argc, char** argv)
         return 2;
 
     juce::ScopedJuceInitialiser_GUI gui;
-    zorva::HubLookAndFeel lookAndFeel;
+    HubLookAndFeel lookAndFeel;
     juce::LookAndFeel::setDefaultLookAndFeel (&lookAndFeel);
 
     benchmark::Initialize (&argc, argv);

@@ -58,17 +58,24 @@ class Report:
         self.rows.append((what, against, f"{value:.2f}", f"{bar:.2f}", kept, remark))
         print(f"{what}: {value:.2f} (bar {bar:.2f}) {kept} {remark}", flush=True)
 
+    def note(self, what, against, value, remark):
+        """A figure that is worth knowing but has no bar."""
+        self.rows.append((what, against, f"{value:.2f}", "", "", remark))
+        print(f"{what}: {value:.2f} {remark}", flush=True)
+
 
 class Bench:
     def __init__(self, build, quick, scratch):
         self.work = os.path.join(build, "benchmarks", "bench_work")
         self.micro = os.path.join(build, "benchmarks", "bench_micro")
+        self.broker_pair = os.path.join(build, "benchmarks", "bench_broker")
         self.first_paint = os.path.join(build, "benchmarks", "bench_first_paint")
         self.bare = os.path.join(build, "benchmarks", "bench_bare_window_artefacts", "Release", "Bare window")
         self.hub = os.path.join(build, "ZorvaHub_artefacts", "Release", "ZORVA Hub")
         self.scratch = scratch
         self.size = (64 if quick else 1024) * 1024 * 1024
         self.files = 2000 if quick else 20000
+        self.requests = 2000 if quick else 10000
         self.runs = 3 if quick else 5
         self.report = Report()
 
@@ -140,6 +147,25 @@ class Bench:
                         medians["parseManifestWhole"] / medians["parseJsonAlone"], 2.0)
         self.report.add("paint a whole page", "drawing one full-window image", medians["paintPage"] / medians["drawOneImage"], 4.0)
 
+    def broker(self):
+        """Health requests against the same frames on a bare server with the same kind and number of pipes."""
+        home = self.path("broker-home")
+        os.makedirs(home)
+        taken = [json.loads(timed(["env", f"HUB_BENCHMARK_HOME={home}", self.broker_pair, str(self.requests)])[1])
+                 for _ in range(self.runs)]
+
+        def middle(who, how, what):
+            return statistics.median(run[who][how][what] for run in taken)
+
+        against = "the same frames echoed over as many bare pipes"
+        for how, title in (("single", "a health request to a sleeping broker"), ("inARow", "health requests one after another")):
+            for what, share in (("p50", "half"), ("p99", "99 of 100")):
+                mine, peer = middle("broker", how, what), middle("echo", how, what)
+                self.report.add(f"{title}, {share} of them", against, mine / peer, 1.5, f"within {mine:.0f} µs against {peer:.0f}")
+        mine, peer = middle("broker", "inARow", "perSecond"), middle("echo", "inARow", "perSecond")
+        self.report.note("health requests a second", against, peer / mine,
+                         f"{mine:.0f} against {peer:.0f}; between two of them the discovery file is removed and written again")
+
     def hub_home(self):
         """A HOME with 200 products in the Vault and no network to wait for."""
         home = self.path("hub-home")
@@ -152,16 +178,20 @@ class Bench:
 
     def start(self):
         in_home = ["env", f"HOME={self.hub_home()}", self.first_paint]
-        mine, peer = [], []
+        mine, peer, with_text = [], [], []
         for _ in range(self.runs * 2):
-            mine.append(float(timed(in_home + ["ZORVA Hub", "000000", self.hub])[1]))
-            peer.append(float(timed(in_home + ["Bare window", "000000", self.bare])[1]))
-        self.report.add("start to first paint, 200 products in the Vault", "a bare JUCE window", ratio(mine, peer), 1.5)
+            mine.append(float(timed(in_home + ["ZORVA Hub", "393939", self.hub])[1]))
+            peer.append(float(timed(in_home + ["Bare window", "434343", self.bare])[1]))
+            with_text.append(float(timed(in_home + ["Bare window", "434343", self.bare, "text"])[1]))
+        self.report.add("start to first paint, 200 products in the Vault", "a bare JUCE window", ratio(mine, peer), 1.5,
+                        f"{ratio(mine, with_text):.2f} against one that draws a word")
 
     def idle(self):
-        mine = idle_figures([self.hub], self.hub_home(), 10)
-        peer = idle_figures([self.bare], self.hub_home(), 10)
-        self.report.add("memory when idle", "a bare JUCE window", mine["kib"] / peer["kib"], 2.0,
+        home = self.path("idle-home")
+        os.makedirs(home)
+        mine = idle_figures([self.hub], home, 10)
+        peer = idle_figures([self.bare], home, 10)
+        self.report.add("memory when idle, the built-in catalogue", "a bare JUCE window", mine["kib"] / peer["kib"], 2.0,
                         f"{mine['kib'] // 1024} MiB, pictures in view included")
         self.report.add("wake-ups in 10 s when idle, more than the bare window's", "none", mine["switches"] - peer["switches"], 5.0,
                         f"{mine['switches']} against {peer['switches']}")
@@ -207,7 +237,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("build")
     parser.add_argument("--quick", action="store_true")
-    parser.add_argument("--steps", default="verify,download,install,in_process,start,idle", help="which figures to take")
+    parser.add_argument("--steps", default="verify,download,install,in_process,broker,start,idle", help="which figures to take")
     parser.add_argument("--output", default=os.path.join(ROOT, "docs", "performance.md"))
     options = parser.parse_args()
     if not os.environ.get("DISPLAY"):

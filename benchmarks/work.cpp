@@ -25,7 +25,7 @@ public:
 
 bool verify (const juce::String& file)
 {
-    const auto digest = zorva::sha256OfFile (juce::File (file));
+    const auto digest = sha256OfFile (juce::File (file));
     std::cout << digest << "\n";
     return digest.isNotEmpty();
 }
@@ -33,7 +33,7 @@ bool verify (const juce::String& file)
 bool download (const juce::String& address, const juce::String& target, juce::int64 size)
 {
     Waiter waiter;
-    const auto task = zorva::HttpsDownloadTask::start (address, juce::File (target), size, waiter);
+    const auto task = HttpsDownloadTask::start (address, juce::File (target), size, waiter);
 
     if (task == nullptr)
         return false;
@@ -44,8 +44,8 @@ bool download (const juce::String& address, const juce::String& target, juce::in
 
 bool extract (const juce::String& archive, const juce::String& folder)
 {
-    zorva::ZipArchive zip (juce::File (archive).createInputStream());
-    return ! zip.getEntries().empty() && zorva::ArchiveExtractor::extractAll (zip, juce::File (folder)).wasOk();
+    ZipArchive zip (juce::File (archive).createInputStream());
+    return ! zip.getEntries().empty() && ArchiveExtractor::extractAll (zip, juce::File (folder)).wasOk();
 }
 }
 

@@ -1,0 +1,170 @@
+#include "creator/CreatorProfileJson.h"
+
+#include "creator/CreatorProfileRules.h"
+#include "support/BoundedJson.h"
+#include "support/JsonScan.h"
+
+namespace CreatorProfileJson
+{
+namespace
+{
+constexpr int schemaVersion = 1;
+constexpr int maximumDecimalPlaces = 15;
+
+// The framework's parser refuses an object with an empty property name, which a link may have. While parsing such a name is this
+// one, which no link can have since it is too long.
+constexpr const char* emptyNameStandIn = "an empty name, which the parser would refuse";
+
+juce::String withoutEmptyNames (const juce::String& json)
+{
+    juce::MemoryOutputStream result;
+    const auto* copied = json.toRawUTF8();
+
+    for (auto position = JsonScan::toBracketOrString (copied); *position != 0; position = JsonScan::toBracketOrString (position))
+    {
+        if (! JsonScan::isQuote (*position))
+        {
+            ++position;
+            continue;
+        }
+
+        const auto* const end = JsonScan::afterString (position);
+        const bool isEmpty = position[0] == '"' && position[1] == '"';
+
+        if (isEmpty && *JsonScan::afterBlanks (end) == ':')
+        {
+            result.write (copied, (size_t) (position + 1 - copied));
+            result << emptyNameStandIn;
+            copied = position + 1;
+        }
+
+        position = end;
+    }
+
+    result << copied;
+    return result.toUTF8();
+}
+
+int integerIn (const juce::var& value, const char* name)
+{
+    return (int) BoundedJson::integerIn (value, name);
+}
+
+/** The framework's conversion, with its reading of a number in a string replaced by one that cannot overflow. */
+bool booleanIn (const juce::var& value, const char* name)
+{
+    const auto& property = value[name];
+
+    if (! property.isString())
+        return (bool) property;
+
+    const auto text = property.toString().trim();
+    return integerIn (value, name) != 0 || text.equalsIgnoreCase ("true") || text.equalsIgnoreCase ("yes");
+}
+
+juce::StringArray listIn (const juce::var& value, const char* name)
+{
+    juce::StringArray items;
+
+    if (const auto* const list = value[name].getArray())
+        for (const auto& item : *list)
+            items.addIfNotAlreadyThere (item.toString().trim());
+
+    return items;
+}
+
+juce::StringPairArray linksIn (const juce::var& value)
+{
+    juce::StringPairArray links (true);
+
+    if (auto* const object = BoundedJson::objectIn (value["socialLinks"]))
+    {
+        for (const auto& link : object->getProperties())
+        {
+            const auto name = link.name.toString();
+            links.set (name == emptyNameStandIn ? juce::String() : name, link.value.toString());
+        }
+    }
+
+    return links;
+}
+
+juce::var linksObject (const juce::StringPairArray& links)
+{
+    auto* const object = new juce::DynamicObject();
+    const juce::var value (object);
+
+    for (int i = 0; i < links.size(); ++i)
+    {
+        const auto& name = links.getAllKeys()[i];
+        object->setProperty (name.isEmpty() ? juce::Identifier() : juce::Identifier (name), links.getAllValues()[i]);
+    }
+
+    return value;
+}
+
+CreatorProfile profileIn (const juce::var& value)
+{
+    CreatorProfile profile;
+    profile.currentStep = integerIn (value, "currentStep");
+    profile.completed = booleanIn (value, "completed");
+    profile.displayName = BoundedJson::textIn (value, "displayName");
+    profile.primaryRole = BoundedJson::textIn (value, "primaryRole");
+    profile.secondaryRoles = listIn (value, "secondaryRoles");
+    profile.genres = listIn (value, "genres");
+    profile.styleDescription = BoundedJson::textIn (value, "styleDescription");
+    profile.accentColour = BoundedJson::textIn (value, "accentColour");
+    profile.backgroundTheme = BoundedJson::textIn (value, "backgroundTheme");
+    profile.profileImagePath = BoundedJson::textIn (value, "profileImagePath");
+    profile.bannerImagePath = BoundedJson::textIn (value, "bannerImagePath");
+    profile.socialLinks = linksIn (value);
+    profile.localWebsitePreviewRequested = booleanIn (value, "localWebsitePreviewRequested");
+    profile.updatedAt = BoundedJson::textIn (value, "updatedAt");
+    return profile;
+}
+}
+
+juce::String toText (const CreatorProfile& profile)
+{
+    auto* const object = new juce::DynamicObject();
+    const juce::var value (object);
+
+    object->setProperty ("schemaVersion", schemaVersion);
+    object->setProperty ("currentStep", profile.currentStep);
+    object->setProperty ("completed", profile.completed);
+    object->setProperty ("displayName", profile.displayName);
+    object->setProperty ("primaryRole", profile.primaryRole);
+    object->setProperty ("secondaryRoles", profile.secondaryRoles);
+    object->setProperty ("genres", profile.genres);
+    object->setProperty ("styleDescription", profile.styleDescription);
+    object->setProperty ("accentColour", profile.accentColour);
+    object->setProperty ("backgroundTheme", profile.backgroundTheme);
+    object->setProperty ("profileImagePath", profile.profileImagePath);
+    object->setProperty ("bannerImagePath", profile.bannerImagePath);
+    object->setProperty ("socialLinks", linksObject (profile.socialLinks));
+    object->setProperty ("localWebsitePreviewRequested", profile.localWebsitePreviewRequested);
+    object->setProperty ("updatedAt", profile.updatedAt);
+
+    return juce::JSON::toString (value, true, maximumDecimalPlaces);
+}
+
+bool fromText (const juce::String& text, CreatorProfile& outProfile, juce::String& outError)
+{
+    const auto value = BoundedJson::parse (withoutEmptyNames (text));
+
+    if (BoundedJson::objectIn (value) == nullptr || integerIn (value, "schemaVersion") != schemaVersion)
+    {
+        outError = "unsupported_creator_schema";
+        return false;
+    }
+
+    const auto profile = profileIn (value);
+    outError = CreatorProfileRules::firstBreach (profile);
+
+    if (outError.isNotEmpty())
+        return false;
+
+    outProfile = profile;
+    return true;
+}
+}
