@@ -1,12 +1,15 @@
 #pragma once
 
+#include "ai/HubAiBrokerService.h"
 #include "catalogue/ManifestService.h"
+#include "creator/CreatorProfileStore.h"
 #include "install/InstallService.h"
 #include "ui/ConnectionPill.h"
 #include "ui/DetailPane.h"
 #include "ui/FocusRing.h"
 #include "ui/MainHubLayout.h"
 #include "ui/ProductGrid.h"
+#include "ui/SettingsPage.h"
 #include "ui/Sidebar.h"
 #include "ui/StatusBar.h"
 #include "vault/DownloadService.h"
@@ -23,6 +26,10 @@
 class MainHubComponent final : public juce::Component
 {
 public:
+    class CampaignBanner;
+    class SoundPacksNotice;
+    class GalleryHeader;
+
     /** Does all of the start-up work, recovery included, on the calling thread, and begins the first refresh of the catalogue. */
     MainHubComponent();
     ~MainHubComponent() override;
@@ -32,11 +39,14 @@ public:
     void resized() override;
 
 private:
+    void startBroker();
+    void createSidebar();
     void createHeader();
     void createLibrary();
     void createDetailPane();
     void createStatusBar();
     void showRecoveryNotice();
+    void createSettingsPage();
 
     void rebuildModels();
     void refreshViews();
@@ -59,6 +69,7 @@ private:
     void revealProduct (const ProductCardModel& model);
     void confirmDeleteFromVault (const juce::String& productId, const juce::String& name);
     void openVaultFolder();
+    void clearCatalogueCache();
 
     ProductCardModel* findModel (const juce::String& productId);
     juce::String displayNameFor (const juce::String& productId);
@@ -69,6 +80,11 @@ private:
     std::unique_ptr<DownloadService> downloadService;
     std::unique_ptr<VaultStore> vaultStore;
     std::unique_ptr<InstallService> installService;
+    std::unique_ptr<HubCredentialStore> credentialStore;
+    std::unique_ptr<HubOpenAiClient> openAiClient;
+    std::unique_ptr<CreatorProfileStore> creatorProfileStore;
+    std::unique_ptr<PreviewDraftStore> previewDraftStore;
+    std::unique_ptr<HubAiBrokerService> aiBroker;
     std::unique_ptr<Sidebar> sidebar;
     std::unique_ptr<ConnectionPill> connectionPill;
     std::unique_ptr<juce::TextEditor> searchBox;
@@ -78,6 +94,7 @@ private:
     std::unique_ptr<juce::Viewport> libraryViewport;
     std::unique_ptr<juce::Component> libraryContent;
     std::unique_ptr<StatusBar> statusBar;
+    std::unique_ptr<SettingsPage> settingsPage;
     std::unique_ptr<juce::TooltipWindow> tooltipWindow;
     std::vector<ProductCardModel> models;
     std::map<juce::String, double> downloadProgress;

@@ -184,3 +184,14 @@ void MainHubComponent::openVaultFolder()
 {
     platform::openFolder (HubPaths::vaultDirectory());
 }
+
+void MainHubComponent::clearCatalogueCache()
+{
+    manifestService->clearCache();
+    rebuildModels();
+    refreshViews();
+
+    juce::AlertWindow::showMessageBoxAsync (juce::MessageBoxIconType::InfoIcon, "Cache Cleared",
+                                            "The cached manifest was deleted. The library now shows the bundled fallback until the "
+                                            "next successful refresh. Your Vault was not touched.");
+}

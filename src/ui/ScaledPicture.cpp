@@ -1,23 +1,13 @@
 #include "ui/ScaledPicture.h"
 
+#include "ui/PictureScaling.h"
+
 #include <algorithm>
 
 namespace
 {
 /** More sizes than the pages show of one picture on one screen. */
 constexpr size_t maximumCopies = 4;
-
-/** Halves the picture before the last step: one step alone would skip pixels of a picture more than twice as large. */
-juce::Image scaledTo (juce::Image picture, int width, int height)
-{
-    const auto step = [&] (int w, int h) { picture = picture.rescaled (w, h, juce::Graphics::highResamplingQuality); };
-
-    while (picture.getWidth() >= width * 2 && picture.getHeight() >= height * 2)
-        step (picture.getWidth() / 2, picture.getHeight() / 2);
-
-    step (width, height);
-    return picture;
-}
 }
 
 ScaledPicture::ScaledPicture (juce::Image picture) : source (std::move (picture)) {}
