@@ -25,12 +25,13 @@ trap cleanup EXIT
 trap 'exit 130' INT TERM
 
 python3 "$project/tools/samples/build_samples.py" "$out/samples"
-"$project/tools/catalogue-server/make-certs.sh" "$out/certificates" catalogue.zorva.test
+"$project/tools/catalogue-server/make-certs.sh" "$out/certificates" catalogue.zorva.test api.openai.com
 "${CC:-cc}" -O1 -Wall -shared -fPIC -o "$out/kill_at_rename.so" "$here/kill_at_rename.c" -ldl
 
 unset DISPLAY XAUTHORITY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS LD_PRELOAD
 export PYTHONDONTWRITEBYTECODE=1 LC_ALL=C.UTF-8
-"$project/tools/world/run-in-world.sh" --home "$scratch/home" --ca "$out/certificates/ca.pem" --host catalogue.zorva.test -- \
+"$project/tools/world/run-in-world.sh" --home "$scratch/home" --ca "$out/certificates/ca.pem" --host catalogue.zorva.test \
+  --host api.openai.com=127.0.0.2 -- \
   python3 "$here/runner.py" --binary "$binary" --samples "$out/samples" --certificates "$out/certificates" \
     --killer "$out/kill_at_rename.so" --scratch "$scratch" --pictures "$out/pictures" "$@" &
 world=$!

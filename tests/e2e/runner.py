@@ -14,7 +14,8 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 PROJECT = HERE.parents[1]
 SERVER_TOOL = PROJECT / "tools" / "catalogue-server"
-sys.path[:0] = [str(HERE), str(SERVER_TOOL)]
+CLIENT_TOOL = PROJECT / "tools" / "broker-client"
+sys.path[:0] = [str(HERE), str(SERVER_TOOL), str(CLIENT_TOOL)]
 
 from lib.case import World  # noqa: E402
 from lib.screen import Screen  # noqa: E402
@@ -75,7 +76,7 @@ def main() -> int:
 
     loader = unittest.TestLoader()
     suite = unittest.TestSuite()
-    for folder in (SERVER_TOOL / "tests", HERE):
+    for folder in (SERVER_TOOL / "tests", CLIENT_TOOL / "tests", HERE):
         suite.addTests(chosen(loader.discover(str(folder), top_level_dir=str(folder)), options.patterns))
 
     World.screen = Screen()

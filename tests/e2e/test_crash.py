@@ -68,7 +68,8 @@ class Crash(HubTest):
             self.assert_no_box()
 
     def files(self):
-        return {str(path): sha256_of(path) for path in self.hub.home.rglob("*") if path.is_file() and path != self.hub.cache}
+        return {str(path): sha256_of(path) for path in self.hub.paths_at_rest(self.hub.home)
+                if path.is_file() and path != self.hub.cache}
 
     def test_in_the_promotion_of_an_update_in_the_vault(self):
         self.start_online("zorva-daw-13.0.0")

@@ -16,7 +16,7 @@ class FirstStart(HubTest):
         self.assertEqual(library.connection(), "offline")
         self.assertEqual([library.card(0), library.card(1)], ["not downloadable", "no card"])
         self.assertFalse(self.hub.cache.exists())
-        made = sorted(str(path.relative_to(self.hub.root)) for path in self.hub.root.rglob("*"))
+        made = sorted(str(path.relative_to(self.hub.root)) for path in self.hub.paths_at_rest(self.hub.root))
         self.assertEqual(made, ["Creator", "Creator/Publish Drafts", "Runtime", "Vault"])
         self.assert_no_box()
 
@@ -24,7 +24,7 @@ class FirstStart(HubTest):
         self.start_online("zorva-beatpad-1.2.0")
         self.download()
         self.install()
-        made = [path for path in (self.hub.home / ".config").rglob("*")] + [path for path in self.hub.products.rglob("*")]
+        made = self.hub.paths_at_rest(self.hub.home / ".config") + self.hub.paths_at_rest(self.hub.products)
         shared = [str(path) for path in made if path.stat().st_mode & 0o077 and path.name != "settings.json"
                   and path not in (self.hub.root, self.hub.home / ".config")]
         self.assertEqual(shared, [])

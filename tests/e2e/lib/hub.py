@@ -10,6 +10,7 @@ from pathlib import Path
 
 from .layout import Layout
 from .library import Library
+from .settings_page import KeyPage
 from .screen import Screen, WindowGone
 from .waiting import wait_for
 
@@ -31,6 +32,8 @@ class Hub:
         self.process = None
         self.layout = Layout()
         self.errors = self.home.parent / f"{self.home.name}.stderr"
+        self.environment = {}       # what every start gets beside the test's own environment
+        self.prefix = []            # a command that becomes the Hub, such as one that limits its rights
 
     # ---- files
     @property
@@ -52,6 +55,19 @@ class Hub:
     @property
     def cache(self) -> Path:
         return self.root / "manifest.json"
+
+    @property
+    def discovery_file(self) -> Path:
+        """Where the AI broker tells of itself; it comes and goes while the Hub runs."""
+        return self.root / "Runtime" / "ai-broker.json"
+
+    @property
+    def drafts(self) -> Path:
+        return self.root / "Creator" / "Publish Drafts"
+
+    def paths_at_rest(self, folder: Path):
+        """Everything below a folder but what the broker renews all the time."""
+        return [path for path in Path(folder).rglob("*") if path.parent != self.discovery_file.parent]
 
     @property
     def started_programs(self):
@@ -105,9 +121,9 @@ class Hub:
 
     def launch(self, *arguments, environment=None) -> None:
         """Starts it and does not wait."""
-        variables = {**os.environ, "HOME": str(self.home), **(environment or {})}
+        variables = {**os.environ, "HOME": str(self.home), **self.environment, **(environment or {})}
         with self.errors.open("w") as errors:
-            self.process = subprocess.Popen([self.binary, *arguments], env=variables, stdout=errors, stderr=errors,
+            self.process = subprocess.Popen([*self.prefix, self.binary, *arguments], env=variables, stdout=errors, stderr=errors,
                                             cwd=self.home)
 
     def kill(self) -> None:
@@ -187,6 +203,38 @@ class Hub:
     def box(self, title: str, limit: float = 15.0):
         """Waits for the message box with this title."""
         return wait_for(lambda: self.screen.windows(title), f"the box \"{title}\"", limit)[0]
+
+    def open_settings(self) -> None:
+        """Opens the settings page, and waits until it has asked the secret store."""
+        self.window.click(self.layout.tab("settings").centre)
+        wait_for(lambda: self.key_page().is_shown(), "the settings page")
+
+    def key_page(self) -> KeyPage:
+        """The settings page as it is on the screen now, with the mouse out of its way."""
+        window = self.window
+        window.move_mouse(self.layout.away)
+        return KeyPage(self.screen.picture(), window.place(), self.layout)
+
+    def type_key(self, key: str) -> None:
+        """Types a key into the field of the settings page."""
+        before = self.key_page().field()
+        self.window.click(self.layout.key_field.centre)
+        self.window.type(key)
+        wait_for(lambda: self.key_page().field() != before, "the key's dots in the field")
+
+    def press_key_button(self, name: str, until=None) -> None:
+        """Presses "save", "test" or "delete" on the settings page, and waits until the page is at rest again: until the condition
+        holds, or without one until the status line says something else."""
+        before = self.key_page().status()
+        self.window.click(self.layout.key_button(name).centre)
+        wait_for(lambda: (until() if until else self.key_page().status() != before) and self.key_page().is_idle(),
+                 f"the outcome of \"{name}\"", 20)
+
+    def save_key(self, key: str) -> None:
+        """Stores a key as a user does."""
+        self.open_settings()
+        self.type_key(key)
+        self.press_key_button("save")
 
     def answer(self, title: str, key: str = "Return", limit: float = 15.0) -> None:
         """Waits for the message box with this title, presses a key in it and waits until it has gone."""

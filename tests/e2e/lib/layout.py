@@ -104,6 +104,25 @@ class Layout:
         above = self.pane_reinstall if with_reinstall else self.pane_reveal
         return self._pane_row(above.y - 8, 36)
 
+    # ---- the settings page
+    @property
+    def _column(self) -> Box:
+        page = self.width - SIDEBAR_WIDTH
+        width = min(page - 48, 400)
+        return Box(SIDEBAR_WIDTH + (page - width) // 2, PAGE_TOP + 24, width, self.height - PAGE_TOP - STATUS_HEIGHT - 48)
+
+    @property
+    def key_field(self) -> Box:
+        return Box(self._column.x, self._column.y + 22, self._column.width, 30)
+
+    def key_button(self, name: str) -> Box:
+        index, width = ("save", "test", "delete").index(name), (self._column.width - 16) // 3
+        return Box(self._column.x + index * (width + 8), self._column.y + 60, width, 28)
+
+    @property
+    def key_status(self) -> Box:
+        return Box(self._column.x, self._column.y + 94, self._column.width, 18)
+
     # ---- header and status bar
     @property
     def pill_strip(self) -> Box:

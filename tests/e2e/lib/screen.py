@@ -98,6 +98,11 @@ class Window:
         """Gives the window the keyboard and presses the keys; nothing happens when the window has gone."""
         run("xdotool", "windowfocus", "--sync", self.id, "key", "--delay", "60", *keys, check=False)
 
+    def type(self, text: str) -> None:
+        """Gives the window the keyboard and types a text. The text is no argument of a command, which anybody could list."""
+        run("xdotool", "windowfocus", "--sync", self.id)
+        subprocess.run(["xdotool", "type", "--delay", "12", "--file", "-"], input=text.encode(), check=True, timeout=60)
+
     def resize(self, width: int, height: int) -> None:
         """Asks the window manager for another size of the content, as a user's drag would."""
         run("wmctrl", "-i", "-r", self.id, "-e", f"0,-1,-1,{width},{height}")
