@@ -101,6 +101,8 @@ void HubAiBrokerService::endCycle()
 
 void HubAiBrokerService::run()
 {
+    platform::removeAbandonedPipes (brokerPipeNamePrefix);
+
     while (! threadShouldExit())
         runCycle();
 

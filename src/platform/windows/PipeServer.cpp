@@ -5,5 +5,7 @@
 namespace platform
 {
 void prepareToCreatePipe() { ::SetLastError (ERROR_SUCCESS); }
+void removeAbandonedPipes (const juce::String&) {}
+
 int pipeLingerMilliseconds() { return 200; }
 }
