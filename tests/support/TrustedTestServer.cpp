@@ -220,6 +220,8 @@ void TrustedTestServer::serve (const juce::String& path, const Answer& answer)
     if (answer.holdAfter.has_value())
         object->setProperty ("holdAfter", *answer.holdAfter);
 
+    object->setProperty ("headerLines", answer.headerLines);
+
     if (answer.location.isNotEmpty())
     {
         juce::DynamicObject::Ptr headers = new juce::DynamicObject();
@@ -244,7 +246,12 @@ std::vector<TrustedTestServer::Request> TrustedTestServer::requests()
 
     if (const auto* entries = log["requests"].getArray())
         for (const auto& entry : *entries)
-            result.push_back ({ entry["scheme"], entry["path"], entry["sent"], entry["finished"] });
+        {
+            juce::MemoryOutputStream body;
+            juce::Base64::convertFromBase64 (body, entry["body"].toString());
+            result.push_back ({ entry["scheme"], entry["path"], entry["sent"], entry["finished"], entry["method"], entry["headers"],
+                                body.getMemoryBlock() });
+        }
 
     return result;
 }

@@ -33,6 +33,7 @@ public:
         std::optional<juce::int64> holdAfter;      ///< bytes of the body after which the server waits for release()
         bool silent = false;                       ///< takes the request and says nothing before release()
         juce::String location;                     ///< where a redirect leads
+        juce::StringArray headerLines {};          ///< sent just as they stand
         int pieceBytes = 65536, pauseMs = 0;       ///< a slow server sends small pieces and pauses after each
 
         /** A page of this text. */
@@ -61,6 +62,9 @@ public:
         juce::String path;
         juce::int64 sent = 0;       ///< bytes of the body handed to the connection so far
         bool finished = false;      ///< the whole answer was handed over
+        juce::String method {};
+        juce::String headers {};    ///< as sent, one "name: value" a line
+        juce::MemoryBlock body {};
     };
 
     explicit TrustedTestServer (Trust trust = Trust::trusted);

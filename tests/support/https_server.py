@@ -48,6 +48,7 @@ class Answer:
     def __init__(self, order):
         self.status = order.get("status", 200)
         self.headers = order.get("headers", {})
+        self.header_lines = order.get("headerLines", [])                    # sent just as they stand
         self.body = base64.b64decode(order.get("body", ""))
         self.repeat = order.get("repeat", 1)
         self.stated = order.get("stated", len(self.body) * self.repeat)     # -1: no length is stated
@@ -94,12 +95,15 @@ STATE = State()
 
 class Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
+    received = b""
 
     def log_message(self, *_):
         pass
 
     def do_GET(self):
-        entry = {"scheme": self.server.scheme, "path": self.path, "sent": 0, "finished": False}
+        entry = {"scheme": self.server.scheme, "method": self.command, "path": self.path, "sent": 0, "finished": False,
+                 "headers": "".join(f"{name}: {value}\n" for name, value in self.headers.items()),
+                 "body": base64.b64encode(self.received).decode("ascii")}
         answer = STATE.answer_for(self.path) or Answer({"status": 404})
         with STATE.lock:
             STATE.log.append(entry)
@@ -111,7 +115,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             pass
 
     def do_POST(self):
-        self.rfile.read(int(self.headers.get("Content-Length", 0)))
+        self.received = self.rfile.read(int(self.headers.get("Content-Length", 0)))
         self.do_GET()
 
     def send_answer(self, answer, entry):
@@ -120,6 +124,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.send_response(answer.status)
         for name, value in answer.headers.items():
             self.send_header(name, value)
+        for line in answer.header_lines:
+            self._headers_buffer.append(line.encode("latin-1") + b"\r\n")
         if answer.stated >= 0:
             self.send_header("Content-Length", str(answer.stated))
         self.send_header("Connection", "close")
