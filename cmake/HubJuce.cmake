@@ -13,6 +13,7 @@ pkg_check_modules(HUB_SYSTEM_DEPS REQUIRED freetype2 fontconfig libpng libjpeg z
   x11 xext xrandr xinerama xcursor)
 if(NOT WIN32)
   pkg_check_modules(HUB_CRYPTO REQUIRED IMPORTED_TARGET libcrypto)
+  pkg_check_modules(HUB_PICTURES REQUIRED IMPORTED_TARGET libpng libjpeg)
   pkg_check_modules(HUB_SECRETS REQUIRED libsecret-1)
 endif()
 

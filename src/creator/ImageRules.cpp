@@ -2,11 +2,11 @@
 
 #include "creator/JpegHeader.h"
 #include "creator/LocalFileRule.h"
+#include "platform/PictureDecoding.h"
 #include "support/ChildFile.h"
 #include "support/RegularFile.h"
 
 #include <cstring>
-#include <juce_graphics/juce_graphics.h>
 
 namespace
 {
@@ -100,6 +100,5 @@ bool decodesWithinLimits (const juce::File& file)
     if (! bytes.has_value() || ! decoderStaysWithinLimits (static_cast<const juce::uint8*> (bytes->getData()), bytes->getSize()))
         return false;
 
-    const auto image = juce::ImageFileFormat::loadFrom (bytes->getData(), bytes->getSize());
-    return image.isValid() && isWithinLimits (image.getWidth(), image.getHeight());
+    return platform::canDecodePicture (bytes->getData(), bytes->getSize(), maximumImageSide);
 }
