@@ -88,7 +88,8 @@ struct JpegErrors
 void ignoreMessage (j_common_ptr, int)    {}
 void ignoreOutput (j_common_ptr)          {}
 
-bool decodeJpeg (jpeg_decompress_struct& decoder, JpegErrors& errors, const Reader& reader, std::vector<unsigned char>& row, int maximumSide)
+bool decodeJpeg (jpeg_decompress_struct& decoder, JpegErrors& errors, const Reader& reader, std::vector<unsigned char>& row,
+                 int maximumSide)
 {
     if (setjmp (errors.leave) != 0)
         return false;
