@@ -27,6 +27,11 @@ struct FreeError
     void operator() (GError* error) const { g_error_free (error); }
 };
 
+struct FreeText
+{
+    void operator() (char* text) const { g_free (text); }
+};
+
 struct UnrefTable
 {
     void operator() (GHashTable* table) const { g_hash_table_unref (table); }
@@ -56,9 +61,7 @@ int errnoFor (const GError& error)
                            || g_error_matches (&error, G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND)
                            || g_error_matches (&error, G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_EXEC_FAILED)
                            || g_error_matches (&error, G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_CHILD_EXITED)
-                           || g_error_matches (&error, G_IO_ERROR, G_IO_ERROR_CLOSED)
-                           || g_error_matches (&error, G_IO_ERROR, G_IO_ERROR_NOT_FOUND)
-                           || g_error_matches (&error, G_IO_ERROR, G_IO_ERROR_CONNECTION_REFUSED);
+                           || g_error_matches (&error, G_IO_ERROR, G_IO_ERROR_CLOSED);
     return hasNoService ? ENOTCONN : EIO;
 }
 
@@ -72,7 +75,47 @@ bool isSessionBusKnown()
     return juce::File::isAbsolutePath (runtimeFolder) && juce::File (runtimeFolder).getChildFile ("bus").exists();
 }
 
-/** One conversation with the service, ended by force after callLimitMs. */
+/** Takes what the bus library leaves for a main loop to do on this thread, and does it in the destructor. The Hub runs no such loop,
+    and what stays undone keeps objects alive. */
+class ThreadContext
+{
+public:
+    ThreadContext() : context (g_main_context_new())    { g_main_context_push_thread_default (context); }
+
+    ~ThreadContext()
+    {
+        while (g_main_context_iteration (context, FALSE)) {}
+
+        g_main_context_pop_thread_default (context);
+        g_main_context_unref (context);
+    }
+
+private:
+    GMainContext* const context;
+
+    JUCE_DECLARE_NON_COPYABLE (ThreadContext)
+};
+
+GObject* constructService (GType type, guint numProperties, GObjectConstructParam* properties)
+{
+    auto* const parent = (GObjectClass*) g_type_class_peek (SECRET_TYPE_SERVICE);
+    auto* const object = parent->constructor (type, numProperties, properties);
+    g_object_set (object, "g-bus-type", G_BUS_TYPE_NONE, nullptr);
+    return object;
+}
+
+/** The library's client of the service, on the connection that it is given: left alone, it takes the one that the process shares. */
+GType typeOfService()
+{
+    static const auto type = g_type_register_static_simple (
+        SECRET_TYPE_SERVICE, "HubSecretService", sizeof (SecretServiceClass),
+        [] (gpointer newClass, gpointer) { ((GObjectClass*) newClass)->constructor = constructService; }, sizeof (SecretService), nullptr,
+        (GTypeFlags) 0);
+    return type;
+}
+
+/** One conversation with the service, ended by force after callLimitMs. It has a connection to the bus of its own: the one that the
+    process shares stays closed for good once the bus has ended, and would end the process with it. */
 class Conversation
 {
 public:
@@ -81,18 +124,7 @@ public:
     /** Finds the service and every entry of the Hub's name; false when something failed. */
     bool open()
     {
-        if (! isSessionBusKnown())
-            return fail (ENOTCONN);
-
-        connection.reset (g_bus_get_sync (G_BUS_TYPE_SESSION, cancellable.get(), receive()));
-
-        if (failed())
-            return false;
-
-        g_dbus_connection_set_exit_on_close (connection.get(), FALSE);    // a bus that ends must not end the Hub
-
-        service.reset (secret_service_open_sync (SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_OPEN_SESSION, cancellable.get(), receive()));
-        return ! failed() && search();
+        return connect() && openService() && search();
     }
 
     const std::vector<Owned<SecretItem>>& entries() const { return items; }
@@ -139,6 +171,33 @@ public:
     }
 
 private:
+    bool connect()
+    {
+        if (! isSessionBusKnown())
+            return fail (ENOTCONN);
+
+        const std::unique_ptr<char, FreeText> address (g_dbus_address_get_for_bus_sync (G_BUS_TYPE_SESSION, cancellable.get(), receive()));
+
+        if (! failed())
+            connection.reset (g_dbus_connection_new_for_address_sync (
+                address.get(),
+                (GDBusConnectionFlags) (G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+                nullptr, cancellable.get(), receive()));
+
+        if (! failed() && connection != nullptr)
+            return true;
+
+        // Whatever is wrong with the way to the bus: no service is to be had.
+        return fail (deadline.hasExpired() ? ETIMEDOUT : ENOTCONN);
+    }
+
+    bool openService()
+    {
+        service.reset ((SecretService*) g_initable_new (typeOfService(), cancellable.get(), receive(), "g-connection", connection.get(),
+                                                        "flags", SECRET_SERVICE_OPEN_SESSION, nullptr));
+        return ! failed();
+    }
+
     bool search()
     {
         auto* const found = secret_service_search_sync (service.get(), nullptr, attributes.get(),
@@ -221,6 +280,7 @@ private:
         return table;
     }
 
+    const ThreadContext context;    // outlives all that uses it
     const Owned<GCancellable> cancellable { g_cancellable_new() };
     const std::unique_ptr<GHashTable, UnrefTable> attributes { makeAttributes() };
     Owned<GDBusConnection> connection;

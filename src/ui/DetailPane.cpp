@@ -9,6 +9,11 @@
 
 namespace
 {
+/** Less height than this shows no row of the gallery. */
+constexpr int smallestGallery = 41;
+
+constexpr int galleryScrollBar = 6;
+
 /** All that the pane paints, for those who cannot see it. */
 juce::String describe (const ProductCardModel& model)
 {
@@ -58,6 +63,19 @@ DetailPane::DetailPane()
     }
 
     closeButton->setVisible (true);
+
+    gallery = std::make_unique<WhatsIncludedGallery>();
+    gallery->setComponentID ("gallery");
+    galleryViewport = std::make_unique<juce::Viewport>();
+    galleryViewport->setComponentID ("galleryViewport");
+    galleryViewport->setTitle ("What's Included");
+    galleryViewport->setDescription ("Instrument engines and effects of ZORVA DAW. Scroll with the arrow keys.");
+    galleryViewport->setViewedComponent (gallery.get(), false);
+    galleryViewport->setScrollBarsShown (true, false);
+    galleryViewport->setScrollBarThickness (galleryScrollBar);
+    focusRing.watch (*galleryViewport);
+    addChildComponent (*galleryViewport);
+
     showModel();
 }
 
@@ -86,6 +104,8 @@ void DetailPane::setOnline (bool shouldBeOnline)
 }
 
 juce::String DetailPane::selectedProductId() const { return model.has_value() ? model->product.id : juce::String(); }
+
+bool DetailPane::showsGallery() const { return selectedProductId() == "zorva-daw"; }
 
 void DetailPane::showModel()
 {
@@ -156,6 +176,23 @@ void DetailPane::resized()
     primaryButton.setBounds (buttons.primary);
     reinstallButton.setBounds (buttons.reinstall);
     revealLink->setBounds (buttons.reveal);
+    layoutGallery (buttons);
+}
+
+void DetailPane::layoutGallery (const DetailPaneButtons& buttons)
+{
+    const int top = showsGallery() ? DetailPaneLayout (*model, getWidth()).galleryTop : 0;
+    const int height = buttons.detailsBottom - top;
+    const bool fits = showsGallery() && height >= smallestGallery;
+
+    if (fits)
+    {
+        const int width = juce::jmax (getWidth() - 32, 0);
+        galleryViewport->setBounds (16, top, width, height);
+        gallery->setSize (juce::jmax (width - galleryScrollBar, 0), gallery->heightForWidth (width - galleryScrollBar));
+    }
+
+    galleryViewport->setVisible (fits);
 }
 
 void DetailPane::paint (juce::Graphics& g)
@@ -182,6 +219,10 @@ void DetailPane::paint (juce::Graphics& g)
 
     g.setColour (HubPalette::border);
     g.fillRect (layout.lowerRule);
+
+    if (showsGallery())
+        drawTextLine (g, "What's Included", layout.galleryHeading, boldFont (11.0f), HubPalette::textPrimary,
+                      juce::Justification::centredLeft, Overflow::clip);
 }
 
 void DetailPane::paintOverChildren (juce::Graphics& g) { focusRing.paint (g); }

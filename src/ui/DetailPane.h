@@ -4,6 +4,7 @@
 #include "ui/DetailPaneLayout.h"
 #include "ui/FocusRing.h"
 #include "ui/SplashLogo.h"
+#include "ui/WhatsIncludedGallery.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 #include <functional>
@@ -44,6 +45,8 @@ public:
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
+    bool showsGallery() const;
+    void layoutGallery (const DetailPaneButtons& buttons);
     void showModel();
     void refreshButtons();
     void sendAction (juce::String word);
@@ -59,6 +62,8 @@ private:
     juce::TextButton primaryButton, reinstallButton;
     std::unique_ptr<LinkButton> revealLink;
     juce::String actionWord;
+    std::unique_ptr<WhatsIncludedGallery> gallery;
+    std::unique_ptr<juce::Viewport> galleryViewport;
     FocusRing focusRing { *this };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (DetailPane)

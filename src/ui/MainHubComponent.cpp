@@ -3,7 +3,9 @@
 #include "app/HubPaths.h"
 #include "app/HubSettings.h"
 #include "ui/CardModels.h"
+#include "ui/HeroPrimary.h"
 #include "ui/HubPalette.h"
+#include "ui/LibraryBanners.h"
 #include "ui/RecoveryNotice.h"
 #include "ui/TextPainting.h"
 
@@ -44,7 +46,7 @@ MainHubComponent::MainHubComponent()
     createDetailPane();
     createStatusBar();
     showRecoveryNotice();
-    createSettingsPage();
+    createPages();
 
     tooltipWindow = std::make_unique<juce::TooltipWindow> (this, 400);
     focusRing = std::make_unique<FocusRing> (*this);
@@ -92,6 +94,9 @@ void MainHubComponent::showRecoveryNotice()
 void MainHubComponent::rebuildModels()
 {
     models = deriveCardModels (manifestService->getProducts(), VaultIndex(), InstalledIndex(), downloadProgress, activeInstalls);
+
+    const auto hero = heroPrimaryFor (models);
+    communityPage->setHeroPrimary (hero.text, hero.description);
 }
 
 void MainHubComponent::refreshViews()
@@ -126,7 +131,9 @@ void MainHubComponent::updatePageVisibility()
     libraryViewport->setVisible (showsLibrary);
     detailPane->setVisible (showsLibrary && hasSelection);
     searchBox->setVisible (showsLibrary);
+    communityPage->setVisible (currentTab == Sidebar::Tab::community);
     settingsPage->setVisible (currentTab == Sidebar::Tab::settings);
+    aboutPage->setVisible (currentTab == Sidebar::Tab::about);
     repaint();
 }
 
@@ -190,7 +197,10 @@ void MainHubComponent::resized()
     releaseNotice->setBounds (layout.releaseNotice);
     searchBox->setBounds (layout.searchBox);
     connectionPill->setBounds (layout.connectionPill);
-    settingsPage->setBounds (layout.page);
+
+    for (auto* page : std::initializer_list<juce::Component*> { settingsPage.get(), communityPage.get(), aboutPage.get() })
+        page->setBounds (layout.page);
+
     layoutLibrary (layout);
 }
 
@@ -200,11 +210,16 @@ void MainHubComponent::layoutLibrary (const MainHubLayout& layout)
         detailPane->setBounds (layout.detailPane);
 
     const int width = layout.libraryContentWidth;
-    const int gridHeight = productGrid->heightForWidth (width);
+    const auto column = layoutLibraryColumn (width, productGrid->heightForWidth (width), whatsIncludedGallery->heightForWidth (width),
+                                             layout.libraryViewport.getHeight());
 
     libraryViewport->setBounds (layout.libraryViewport);
-    libraryContent->setSize (width, juce::jmax (gridHeight, layout.libraryViewport.getHeight()));
-    productGrid->setBounds (0, 0, width, gridHeight);
+    libraryContent->setSize (width, column.height);
+    productGrid->setBounds (column.productGrid);
+    campaignBanner->setBounds (column.campaignBanner);
+    soundPacksNotice->setBounds (column.soundPacksNotice);
+    galleryHeader->setBounds (column.galleryHeader);
+    whatsIncludedGallery->setBounds (column.whatsIncludedGallery);
 }
 
 void MainHubComponent::paint (juce::Graphics& g)

@@ -4,6 +4,8 @@
 #include "catalogue/ManifestService.h"
 #include "creator/CreatorProfileStore.h"
 #include "install/InstallService.h"
+#include "ui/AboutPage.h"
+#include "ui/CommunityPage.h"
 #include "ui/ConnectionPill.h"
 #include "ui/DetailPane.h"
 #include "ui/FocusRing.h"
@@ -12,6 +14,7 @@
 #include "ui/SettingsPage.h"
 #include "ui/Sidebar.h"
 #include "ui/StatusBar.h"
+#include "ui/WhatsIncludedGallery.h"
 #include "vault/DownloadService.h"
 #include "vault/VaultStore.h"
 
@@ -46,7 +49,9 @@ private:
     void createDetailPane();
     void createStatusBar();
     void showRecoveryNotice();
-    void createSettingsPage();
+    void createLibraryBanners();
+    void createPages();
+    void openLibrary();
 
     void rebuildModels();
     void refreshViews();
@@ -74,7 +79,7 @@ private:
     ProductCardModel* findModel (const juce::String& productId);
     juce::String displayNameFor (const juce::String& productId);
 
-    Sidebar::Tab currentTab = Sidebar::Tab::library;
+    Sidebar::Tab currentTab = Sidebar::Tab::community;
     juce::var settings;
     std::unique_ptr<ManifestService> manifestService;
     std::unique_ptr<DownloadService> downloadService;
@@ -93,8 +98,14 @@ private:
     std::unique_ptr<DetailPane> detailPane;
     std::unique_ptr<juce::Viewport> libraryViewport;
     std::unique_ptr<juce::Component> libraryContent;
+    std::unique_ptr<CampaignBanner> campaignBanner;
+    std::unique_ptr<SoundPacksNotice> soundPacksNotice;
+    std::unique_ptr<GalleryHeader> galleryHeader;
+    std::unique_ptr<WhatsIncludedGallery> whatsIncludedGallery;
     std::unique_ptr<StatusBar> statusBar;
     std::unique_ptr<SettingsPage> settingsPage;
+    std::unique_ptr<AboutPage> aboutPage;
+    std::unique_ptr<CommunityPage> communityPage;
     std::unique_ptr<juce::TooltipWindow> tooltipWindow;
     std::vector<ProductCardModel> models;
     std::map<juce::String, double> downloadProgress;

@@ -185,6 +185,15 @@ void MainHubComponent::openVaultFolder()
     platform::openFolder (HubPaths::vaultDirectory());
 }
 
+void MainHubComponent::openLibrary()
+{
+    sidebar->setCurrentTab (Sidebar::Tab::library);
+    currentTab = Sidebar::Tab::library;
+    updatePageVisibility();
+    resized();
+    libraryViewport->grabKeyboardFocus();
+}
+
 void MainHubComponent::clearCatalogueCache()
 {
     manifestService->clearCache();

@@ -3,6 +3,7 @@
 #include "app/HubPaths.h"
 #include "support/Text.h"
 #include "ui/HubPalette.h"
+#include "ui/LibraryBanners.h"
 #include "ui/TextPainting.h"
 
 // The views, built and wired once in the order of the window's constructor.
@@ -66,6 +67,7 @@ void MainHubComponent::createLibrary()
     libraryContent = std::make_unique<juce::Component>();
     libraryContent->setComponentID ("libraryContent");
     libraryContent->addAndMakeVisible (*productGrid);
+    createLibraryBanners();
 
     libraryViewport = std::make_unique<juce::Viewport>();
     libraryViewport->setComponentID ("libraryViewport");
@@ -97,7 +99,23 @@ void MainHubComponent::createStatusBar()
     addAndMakeVisible (*statusBar);
 }
 
-void MainHubComponent::createSettingsPage()
+void MainHubComponent::createLibraryBanners()
+{
+    campaignBanner = std::make_unique<CampaignBanner>();
+    campaignBanner->setComponentID ("campaignBanner");
+    soundPacksNotice = std::make_unique<SoundPacksNotice>();
+    soundPacksNotice->setComponentID ("soundPacksNotice");
+    galleryHeader = std::make_unique<GalleryHeader>();
+    galleryHeader->setComponentID ("galleryHeader");
+    whatsIncludedGallery = std::make_unique<WhatsIncludedGallery>();
+    whatsIncludedGallery->setComponentID ("whatsIncludedGallery");
+
+    for (auto* child : std::initializer_list<juce::Component*> { campaignBanner.get(), soundPacksNotice.get(), galleryHeader.get(),
+                                                                  whatsIncludedGallery.get() })
+        libraryContent->addAndMakeVisible (child);
+}
+
+void MainHubComponent::createPages()
 {
     settingsPage = std::make_unique<SettingsPage> (settings, *credentialStore, *openAiClient);
     settingsPage->setComponentID ("settingsPage");
@@ -106,4 +124,12 @@ void MainHubComponent::createSettingsPage()
     settingsPage->onCheckForUpdates = [this] { refreshCatalogue(); };
     settingsPage->onSettingsChanged = [] {};    // a changed address takes effect at the next refresh
     addChildComponent (*settingsPage);
+
+    communityPage = std::make_unique<CommunityPage> (*creatorProfileStore, *previewDraftStore, [this] { openLibrary(); });
+    communityPage->setComponentID ("communityPage");
+    addChildComponent (*communityPage);
+
+    aboutPage = std::make_unique<AboutPage>();
+    aboutPage->setComponentID ("aboutPage");
+    addChildComponent (*aboutPage);
 }

@@ -35,3 +35,25 @@ MainHubLayout layoutMainHub (int width, int height, int pillWidth, bool showsDet
     layout.libraryContentWidth = juce::jmax (library.getWidth() - MainHubLayout::scrollBarThickness, 0);
     return layout;
 }
+
+LibraryColumnLayout layoutLibraryColumn (int width, int gridHeight, int galleryHeight, int pageHeight)
+{
+    const int bannerHeight = juce::jlimit (180, 360, juce::roundToInt (juce::jmax (width - 40, 0) * 0.375));
+    int y = 0;
+
+    const auto take = [&y, width] (int height, int gapAfter)
+    {
+        const juce::Rectangle<int> row (0, y, width, height);
+        y += height + gapAfter;
+        return row;
+    };
+
+    LibraryColumnLayout layout;
+    layout.productGrid = take (gridHeight, 8);
+    layout.campaignBanner = take (bannerHeight, 8);
+    layout.soundPacksNotice = take (320, 8);
+    layout.galleryHeader = take (28, 8);
+    layout.whatsIncludedGallery = take (galleryHeight, 0);
+    layout.height = juce::jmax (y, pageHeight);
+    return layout;
+}

@@ -19,6 +19,18 @@ struct MainHubLayout
     int libraryContentWidth = 0;
 };
 
+/** Where what scrolls in the library lies, one below the other over the whole width. */
+struct LibraryColumnLayout
+{
+    juce::Rectangle<int> productGrid, campaignBanner, soundPacksNotice, galleryHeader, whatsIncludedGallery;
+
+    /** The height of all, at least that of the page. */
+    int height = 0;
+};
+
+/** The column for a width without the scroll bar. Pure. */
+LibraryColumnLayout layoutLibraryColumn (int width, int gridHeight, int galleryHeight, int pageHeight);
+
 /** The layout of a window content of this size. pillWidth is the connection pill's preferred width; with the detail pane shown the
     library shares the page with it. Pure. */
 MainHubLayout layoutMainHub (int width, int height, int pillWidth, bool showsDetailPane);

@@ -195,7 +195,7 @@ class Memory(BrokerTest):
 
     def may_look_into(self, pid: int) -> bool:
         """Whether another process of the same user may, which is how the system shows what is dumpable."""
-        done = subprocess.run([*UNPRIVILEGED, "cat", f"/proc/{pid}/environ"], stdout=subprocess.DEVNULL,
+        done = subprocess.run([*UNPRIVILEGED, "sh", "-c", f": < /proc/{pid}/mem"], stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, timeout=10)
         return done.returncode == 0
 

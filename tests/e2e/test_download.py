@@ -115,7 +115,7 @@ class Interrupted(HubTest):
             asked = time.monotonic()
             self.hub.select_card(0)
             self.hub.close_pane()
-            self.assertLess(time.monotonic() - asked, 3.0)
+            self.assertLess(time.monotonic() - asked, 10.0)     # against the 30 s of a transfer that gives up
         self.hub.wait_for_card(0, "busy or no update now")
         asked = time.monotonic()
         self.hub.choose_from_card_menu(0, 2)

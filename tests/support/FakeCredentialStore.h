@@ -22,7 +22,7 @@ public:
     void hold (const juce::MemoryBlock& bytes)
     {
         const juce::ScopedLock lock (mutex);
-        entry = bytes;
+        entry = juce::MemoryBlock (bytes);    // assigning an empty block would copy from null
         hasEntry = true;
     }
 
@@ -93,7 +93,7 @@ public:
         if (! succeeds (hasEntry ? readingFailure : "There is no key.", outError))
             return false;
 
-        outKey = entry;
+        outKey = juce::MemoryBlock (entry);
         return true;
     }
 

@@ -19,9 +19,19 @@ const char* nameOf (juce::MessageBoxIconType icon)
 }
 }
 
-HubRun::HubRun() : hub (std::make_unique<MainHubComponent>()), window (std::make_unique<HeadlessWindow> (*hub))
+HubRun::HubRun (Sidebar::Tab page) : hub (std::make_unique<MainHubComponent>()), window (std::make_unique<HeadlessWindow> (*hub))
 {
+    if (page != Sidebar::Tab::community)
+        open (page);
+
     juce::Component::unfocusAllComponents();   // the window gives the focus to its first widget
+}
+
+void HubRun::open (Sidebar::Tab page)
+{
+    for (auto* button : allBelow<Sidebar::TabButton> (sidebar()))
+        if (button->getTab() == page)
+            window->click (*button);
 }
 
 HubRun::~HubRun()

@@ -12,8 +12,11 @@ namespace zorva::test
 class HubRun
 {
 public:
-    HubRun();
+    /** Opens a page, as a click on its tab does; the Hub itself starts on the community page. */
+    explicit HubRun (Sidebar::Tab page = Sidebar::Tab::library);
     ~HubRun();
+
+    void open (Sidebar::Tab page);
 
     Sidebar& sidebar()               { return below<Sidebar> (*hub, "sidebar"); }
     ConnectionPill& pill()           { return below<ConnectionPill> (*hub, "connectionPill"); }

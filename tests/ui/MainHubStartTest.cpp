@@ -15,15 +15,16 @@ Product app (const juce::String& id, const juce::String& version = "2.0.0")    {
 }
 
 //==============================================================================
-TEST (MainHubComponent, OpensAt1100By720OnTheLibrary)
+TEST (MainHubComponent, OpensAt1100By720OnTheCommunityPageNotTheLibrary)
 {
     stayOffline();
-    HubRun run;
+    HubRun run (Sidebar::Tab::community);
 
     EXPECT_EQ (run.hub->getBounds(), juce::Rectangle<int> (1100, 720));
-    EXPECT_EQ (run.sidebar().getCurrentTab(), Sidebar::Tab::library);
-    EXPECT_TRUE (run.library().isShowing());
-    EXPECT_TRUE (run.searchBox().isShowing());
+    EXPECT_EQ (run.sidebar().getCurrentTab(), Sidebar::Tab::community);
+    EXPECT_TRUE (below (*run.hub, "communityPage").isShowing());
+    EXPECT_FALSE (run.library().isShowing());
+    EXPECT_FALSE (run.searchBox().isShowing());
     EXPECT_EQ (run.shownInPane(), "(closed)");
 }
 

@@ -110,6 +110,7 @@ class Hub:
         if self.process.poll() is not None:
             raise AssertionError(f"the Hub ended with {self.process.returncode}: {self.errors.read_text()[-2000:]}")
         wait_for(self._is_painted, "the first painting", START_LIMIT)
+        self.window.click(self.layout.tab("library").centre)      # it opens on the community page
         return self
 
     def _is_painted(self) -> bool:

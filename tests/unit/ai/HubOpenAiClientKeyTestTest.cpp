@@ -1,6 +1,7 @@
 #include "ai/HubOpenAiClient.h"
 #include "support/FakeCredentialStore.h"
 #include "support/GuiHarness.h"
+#include "support/ThreadRefusal.h"
 #include "support/TrustedTestServer.h"
 
 #include <gtest/gtest.h>
@@ -79,6 +80,24 @@ TEST (HubOpenAiClientKeyTest, ACandidateThatBreaksTheRuleIsInvalid)
     EXPECT_EQ (scene.server.requestCount (path), 0);
 }
 
+TEST (HubOpenAiClientKeyTest, ACandidateOfNoBytesOrTooManyIsInvalid)
+{
+    Scene scene;
+    scene.server.serve (path, Answer::text (good));
+    size_t tests = 0;
+
+    for (const int size : { 0, 2049, 2048 })
+    {
+        juce::String candidate (juce::String::repeatedString ("k", size));
+        scene.client->testKey (candidate, scene.note());
+        EXPECT_EQ (candidate, "");
+        ASSERT_TRUE (scene.waitForResults (++tests));
+        EXPECT_EQ (scene.results.back().error, size == 2048 ? Kind::none : Kind::invalidKey) << size;
+    }
+
+    EXPECT_TRUE (scene.store.calls().isEmpty()) << "the stored key never takes a candidate's place";
+}
+
 TEST (HubOpenAiClientKeyTest, ATestWithoutAStoredKeySaysSo)
 {
     Scene scene;
@@ -135,6 +154,37 @@ TEST (HubOpenAiClientKeyTest, NoCallbackComesAfterTheClientHasGone)
     scene.server.release (path);
     pump (300);
     EXPECT_TRUE (scene.results.empty());
+}
+
+TEST (HubOpenAiClientKeyTest, AResultThatIsOnItsWayWhenTheClientGoesIsDropped)
+{
+    Scene scene;
+    juce::String error;
+    scene.store.deleteKey (error);
+    scene.client->testStoredKey (scene.note());
+
+    // No message is dispatched meanwhile, so the result can only wait.
+    for (int waited = 0; scene.store.callCount ("readKey") == 0 && waited < 10000; ++waited)
+        juce::Thread::sleep (1);
+
+    EXPECT_EQ (scene.store.callCount ("readKey"), 1);
+    scene.client.reset();    // waits for the thread, and so for the result to be posted
+    pump (100);
+    EXPECT_TRUE (scene.results.empty());
+}
+
+TEST (HubOpenAiClientKeyTest, ATestThatCannotHaveAThreadFails)
+{
+    Scene scene;
+    refuseNewThreads();
+    juce::String candidate ("sk-candidate");
+    scene.client->testKey (candidate, scene.note());
+    EXPECT_EQ (candidate, "");
+    EXPECT_TRUE (scene.results.empty()) << "the callback comes as a message";
+    ASSERT_TRUE (scene.waitForResults (1));
+    EXPECT_EQ (scene.results[0].error, Kind::internal);
+    EXPECT_EQ (scene.results[0].message, "The OpenAI request failed.");
+    EXPECT_EQ (scene.server.requestCount (path), 0);
 }
 
 TEST (HubOpenAiClientKeyTest, AnEmptyCallbackIsHarmless)
