@@ -5,8 +5,8 @@ cyan light and the right one in the orange light; the dark path between them is 
 
 from math import hypot, sqrt
 
-from studio import (CYAN, CYAN_DEEP, CYAN_HOT, NIGHT, ORANGE, ORANGE_DEEP, ORANGE_HOT, WHITE, Canvas, Picture,
-                    num, polygon_path)
+from canvas import Canvas, Picture, num, polygon_path
+from palette import CYAN, CYAN_DEEP, CYAN_HOT, NIGHT, ORANGE, ORANGE_DEEP, ORANGE_HOT, WHITE
 
 # The mark lies around the origin in units of a sixteenth of its diameter, so that at 16, 32 and 48 pixels the
 # bars of the Z fall on whole pixel rows: bar and gap between the bars are 2, 4, 2 rows high.
@@ -39,21 +39,19 @@ def _half_disc(radius):
 
 def draw_mark(canvas, x, y, diameter, backed):
   """Draws the mark around (x, y). When `backed`, the Z is dark whatever lies behind; otherwise it is open."""
-  canvas.begin(x, y, diameter / (2 * MARK_RADIUS))
-  radius = MARK_RADIUS
+  with canvas.at(x, y, diameter / (2 * MARK_RADIUS)):
+    radius = MARK_RADIUS
 
-  if backed:
-    canvas.disc(0, 0, MARK_RADIUS, NIGHT)
-    radius -= RIM
+    if backed:
+      canvas.disc(0, 0, MARK_RADIUS, NIGHT)
+      radius -= RIM
 
-  # Both halves are painted by the same path: a half turn makes the light come from the other side.
-  for turn, hot, colour, deep in ((1, ORANGE_HOT, ORANGE, ORANGE_DEEP), (-1, CYAN_HOT, CYAN, CYAN_DEEP)):
-    light = canvas.linear((MARK_RADIUS, 0), (-MARK_RADIUS, 0), ((0, hot), (0.3, colour), (1, deep)))
-    canvas.begin(0, 0, turn)
-    canvas.path(_half_disc(radius), light)
-    canvas.end()
+    # Both halves are painted by the same path: a half turn makes the light come from the other side.
+    for turn, hot, colour, deep in ((1, ORANGE_HOT, ORANGE, ORANGE_DEEP), (-1, CYAN_HOT, CYAN, CYAN_DEEP)):
+      light = canvas.linear((MARK_RADIUS, 0), (-MARK_RADIUS, 0), ((0, hot), (0.3, colour), (1, deep)))
 
-  canvas.end()
+      with canvas.at(0, 0, turn):
+        canvas.path(_half_disc(radius), light)
 
 
 def _letter_z():
@@ -89,14 +87,11 @@ WORD_WIDTH = 80
 def draw_word(canvas, x, y, cap_height, paint):
   """Writes ZORVA with the middle of its top edge at (x, y)."""
   scale = cap_height / CAP_HEIGHT
-  canvas.begin(x - WORD_WIDTH * scale / 2, y, scale)
 
-  for left, letter in WORD:
-    canvas.begin(left, 0)
-    canvas.path(letter(), paint, even_odd=True)
-    canvas.end()
-
-  canvas.end()
+  with canvas.at(x - WORD_WIDTH * scale / 2, y, scale):
+    for left, letter in WORD:
+      with canvas.at(left, 0):
+        canvas.path(letter(), paint, even_odd=True)
 
 
 def _splash_logo():

@@ -17,6 +17,7 @@ sys.dont_write_bytecode = True
 
 ART = Path(__file__).resolve().parent
 ASSETS = ART.parent
+TOOLS = ("generate", "contact_sheet", "check")  # the programs beside the modules that draw
 
 
 def all_pictures():
@@ -24,7 +25,7 @@ def all_pictures():
   pictures = {}
 
   for module_file in sorted(ART.glob("*.py")):
-    if module_file.stem == "generate":
+    if module_file.stem in TOOLS:
       continue
 
     for picture in getattr(importlib.import_module(module_file.stem), "PICTURES", ()):

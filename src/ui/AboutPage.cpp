@@ -10,7 +10,7 @@
 
 namespace
 {
-constexpr int margin = 24, widestColumn = 500, linksTop = 377, linkHeight = 22, linkGap = 4;
+constexpr int margin = 24, widestColumn = 500, linksTop = 377, linkHeight = 22, linkGap = 4, shortestReadable = 12;
 
 const char* const bugDraft = "?subject=ZORVA%20Bug%20%2F%20Issue%20Report"
                              "&body=ZORVA%20version%3A%0AMac%20model%20and%20macOS%20version%3A%0ASteps%20to%20reproduce%3A%0A"
@@ -37,6 +37,12 @@ public:
 
 private:
     void clicked() override { platform::openAddress (target); }
+
+    void paintButton (juce::Graphics& g, bool isOver, bool isDown) override
+    {
+        if (getHeight() >= shortestReadable)    // a low window cuts the rows, and a sliver of a line is only dirt
+            juce::HyperlinkButton::paintButton (g, isOver, isDown);
+    }
 
     const juce::String target;
 

@@ -4,6 +4,7 @@
 #include "ui/TextPainting.h"
 
 #include <cmath>
+#include <vector>
 
 namespace
 {
@@ -24,12 +25,13 @@ juce::Rectangle<float> drawPlate (juce::Graphics& g, juce::Rectangle<float> tile
 /** A glyph is drawn in a square from -1 to 1 in both directions, y downwards. */
 using Glyph = juce::Path;
 
-Glyph polyline (std::initializer_list<juce::Point<float>> points)
+Glyph polyline (const std::vector<juce::Point<float>>& points)
 {
     Glyph glyph;
+    glyph.startNewSubPath (points.front());
 
     for (const auto& point : points)
-        glyph.isEmpty() ? glyph.startNewSubPath (point) : glyph.lineTo (point);
+        glyph.lineTo (point);
 
     return glyph;
 }
@@ -88,15 +90,12 @@ Glyph reverb()
 
 Glyph groove()
 {
-    Glyph glyph;
+    std::vector<juce::Point<float>> points;
 
     for (int i = 0; i < 9; ++i)
-    {
-        const juce::Point<float> point (-1.0f + 0.25f * (float) i, i % 2 == 0 ? 0.4f : (i % 4 == 1 ? -0.65f : -0.2f));
-        glyph.isEmpty() ? glyph.startNewSubPath (point) : glyph.lineTo (point);
-    }
+        points.emplace_back (-1.0f + 0.25f * (float) i, i % 2 == 0 ? 0.4f : (i % 4 == 1 ? -0.65f : -0.2f));
 
-    return glyph;
+    return polyline (points);
 }
 
 Glyph glyphOf (int effect)

@@ -2,6 +2,7 @@
 #include "HubWorld.h"
 #include "SnapshotStore.h"
 #include "support/Text.h"
+#include "ui/AssetPicture.h"
 #include "ui/HubPalette.h"
 
 using namespace zorva::test;
@@ -156,6 +157,34 @@ TEST (Snapshots, TheFocusIsSeen)
 
     below (run.pane(), "primaryButton").grabKeyboardFocus();
     EXPECT_EQ (differenceToStored (library.picture (900, 600), "focus-pane-900x600"), "");
+}
+
+TEST (Snapshots, TheOtherPages)
+{
+    stayOffline();
+    HubRun run (Sidebar::Tab::community);
+
+    const std::pair<Sidebar::Tab, const char*> pages[] { { Sidebar::Tab::community, "community" }, { Sidebar::Tab::settings, "settings" },
+                                                         { Sidebar::Tab::about, "about" } };
+
+    for (const auto& [page, name] : pages)
+    {
+        run.open (page);
+
+        for (const auto& [width, height] : { std::pair (1100, 720), std::pair (900, 600) })
+        {
+            run.hub->setSize (width, height);
+            run.window->mouse ({ 1.0f, 1.0f }, 0);
+            juce::Component::unfocusAllComponents();
+            pictureOf (*run.hub);       // asks for the pictures of this size
+            EXPECT_TRUE (pumpUntil ([] { return ! AssetPicture::isAnyLoading(); }, 30000));
+            pump (50);
+            run.statusBar().setVaultPath ("/home/creator/.config/ZORVA Hub/Vault");
+            run.statusBar().setFreeBytes (137438953472);
+            below<juce::Label> (*run.hub, "vaultPathLabel").setText ("/home/creator/.config/ZORVA Hub/Vault", juce::dontSendNotification);
+            EXPECT_EQ (differenceToStored (pictureOf (*run.hub), juce::String (name) + "-" + juce::String (width) + "x" + juce::String (height)), "");
+        }
+    }
 }
 
 //==============================================================================
