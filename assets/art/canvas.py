@@ -176,9 +176,13 @@ class Canvas:
 
 @dataclass(frozen=True)
 class Picture:
-  """One file of the assets folder: its name, its size in pixels, and the function that returns its canvas."""
+  """One file of the assets folder: its name, its size in pixels, and the function that returns its canvas.
+
+  A picture that is never shown large, or has few colours, is stored with a palette of 256 colours; the others keep
+  all of theirs, because a palette shows as grain in the dark."""
 
   file_name: str
   width: int
   height: int
   draw: Callable[[], Canvas]
+  palette: bool = True

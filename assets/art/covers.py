@@ -253,8 +253,8 @@ def afro_beats():
 
 
 PICTURES = (
-  Picture("zorva-synths-pack.png", 512, 512, synths),
-  Picture("zorva-hip-hop-pack.png", 512, 512, hip_hop),
-  Picture("zorva-drum-pack.png", 512, 512, drum_pack),
-  Picture("zorva-afro-beats-pack.png", 512, 512, afro_beats),
+  Picture("zorva-synths-pack.png", 512, 512, synths, palette=False),
+  Picture("zorva-hip-hop-pack.png", 512, 512, hip_hop, palette=False),
+  Picture("zorva-drum-pack.png", 512, 512, drum_pack, palette=False),
+  Picture("zorva-afro-beats-pack.png", 512, 512, afro_beats, palette=False),
 )

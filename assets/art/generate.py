@@ -5,12 +5,15 @@
     python3 assets/art/generate.py NAME...    those whose file name, with or without its ending, is given
 
 Every module beside this one that has a tuple PICTURES takes part. The same modules and the same versions of
-rsvg-convert and pngquant give the same bytes at every run."""
+the tools give the same bytes at every run."""
 
 import importlib
 import os
+import struct
 import subprocess
 import sys
+import tempfile
+import zlib
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -63,11 +66,82 @@ def run(command, data):
     raise SystemExit(f"{command[0]} failed with {failure.returncode}") from None
 
 
+def pixels(png):
+  """Width, height and the rows of RGB bytes of a PNG file as rsvg-convert writes it: eight bits, not interlaced.
+  Alpha is dropped: what is stored without one covers its whole area."""
+  width, height, depth, kind, _, _, interlaced = struct.unpack(">IIBBBBB", png[16:29])
+
+  if depth != 8 or kind not in (2, 6) or interlaced:
+    raise SystemExit(f"rsvg-convert wrote a PNG file of an unknown kind: {depth} bits, kind {kind}")
+
+  packed, place = b"", 8
+
+  while place < len(png):
+    size, name = struct.unpack(">I4s", png[place:place + 8])
+    packed += png[place + 8:place + 8 + size] if name == b"IDAT" else b""
+    place += 12 + size
+
+  raw = zlib.decompress(packed)
+  step = 3 if kind == 2 else 4
+  stride = width * step
+  above = bytearray(stride)
+  rows = []
+
+  for y in range(height):
+    start = y * (stride + 1)
+    row = bytearray(raw[start + 1:start + 1 + stride])
+    unfilter(raw[start], row, above, step)
+    rows.append(b"".join(bytes(row[i:i + 3]) for i in range(0, stride, step)))
+    above = row
+
+  return width, height, rows
+
+
+def unfilter(kind, row, above, step):
+  """Undoes the filter of one PNG row of `step` bytes a pixel, in place."""
+  for i, value in enumerate(row):
+    left = row[i - step] if i >= step else 0
+    up = above[i]
+
+    if kind == 1:
+      row[i] = (value + left) & 255
+    elif kind == 2:
+      row[i] = (value + up) & 255
+    elif kind == 3:
+      row[i] = (value + (left + up) // 2) & 255
+    elif kind == 4:
+      corner = above[i - step] if i >= step else 0
+      guess = left + up - corner
+      distances = abs(guess - left), abs(guess - up), abs(guess - corner)
+      nearest = (left, up, corner)[distances.index(min(distances))]
+      row[i] = (value + nearest) & 255
+
+
+def as_jpeg(png):
+  """A PNG file as a JPEG file."""
+  width, height, rows = pixels(png)
+  return run(["cjpeg", "-quality", "90", "-sample", "1x1", "-optimize", "-progressive"],
+             b"P6 %d %d 255\n" % (width, height) + b"".join(rows))
+
+
+def squeezed(png):
+  """A PNG file with all its colours, packed tighter."""
+  with tempfile.TemporaryDirectory() as folder:
+    file = Path(folder) / "picture.png"
+    file.write_bytes(png)
+    run(["optipng", "-quiet", "-o2", "-strip", "all", str(file)], b"")
+    return file.read_bytes()
+
+
 def render(picture):
-  """The bytes of the finished PNG file."""
-  full = run(["rsvg-convert", "--format", "png", "--width", str(picture.width), "--height", str(picture.height)],
-             picture.draw().svg().encode())
-  return run(["pngquant", "--speed", "1", "--strip", "256", "-"], full)
+  """The bytes of the finished file."""
+  full = run(["rsvg-convert", "--unlimited", "--format", "png", "--width", str(picture.width), "--height",
+              str(picture.height)], picture.draw().svg().encode())
+
+  if picture.file_name.endswith(".jpg"):
+    return as_jpeg(full)
+
+  return run(["pngquant", "--speed", "1", "--strip", "256", "-"], full) if picture.palette else squeezed(full)
 
 
 def main():

@@ -159,4 +159,4 @@ def hero():
   return canvas
 
 
-PICTURES = (Picture("zorva_community_hero_people_v1.png", WIDTH, HEIGHT, hero),)
+PICTURES = (Picture("zorva_community_hero_people_v1.png", WIDTH, HEIGHT, hero, palette=False),)

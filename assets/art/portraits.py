@@ -117,7 +117,7 @@ def female_producer():
 
 
 PICTURES = (
-  Picture("fictional_producer_preview.png", WIDTH, HEIGHT, producer),
-  Picture("fictional_black_male_producer_preview.png", WIDTH, HEIGHT, male_producer),
+  Picture("fictional_producer_preview.png", WIDTH, HEIGHT, producer, palette=False),
+  Picture("fictional_black_male_producer_preview.png", WIDTH, HEIGHT, male_producer, palette=False),
   Picture("fictional_black_female_producer_preview.png", WIDTH, HEIGHT, female_producer),
 )

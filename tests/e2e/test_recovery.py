@@ -112,6 +112,7 @@ class HandMadeCrash(HubTest):
         self.hub.box(NOTICE)
         wait_for(lambda: self.hub.library().status_text_shown(), "the status line")
         self.hub.answer(NOTICE)
+        self.hub.open_library()
         self.assert_vault_is_the_old_one()
         self.assertEqual(self.hub.leftovers(), [str(promotion.journal)])
         self.hub.wait_for_card(0, "cached")

@@ -110,8 +110,11 @@ class Hub:
         if self.process.poll() is not None:
             raise AssertionError(f"the Hub ended with {self.process.returncode}: {self.errors.read_text()[-2000:]}")
         wait_for(self._is_painted, "the first painting", START_LIMIT)
-        self.window.click(self.layout.tab("library").centre)      # it opens on the community page
+        self.open_library()     # it opens on the community page; a box in front takes the click
         return self
+
+    def open_library(self) -> None:
+        self.window.click(self.layout.tab("library").centre)
 
     def _is_painted(self) -> bool:
         """True when the page is on the screen. While it starts the program makes its window more than once."""
