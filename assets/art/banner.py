@@ -55,7 +55,8 @@ def banner():
   for start, end, stops in (((0, 0), (WIDTH * 0.15, 0), ((0, COAL, 1), (0.25, COAL, 0.85), (1, COAL, 0))),
                             ((WIDTH, 0), (WIDTH * 0.85, 0), ((0, COAL, 1), (0.25, COAL, 0.85), (1, COAL, 0))),
                             ((0, 0), (0, HEIGHT * 0.17), ((0, COAL, 1), (0.2, COAL, 0.8), (1, COAL, 0))),
-                            ((0, HEIGHT * 0.79), (0, HEIGHT), ((0, COAL, 0), (0.42, COAL, 0.80), (0.68, COAL, 1), (1, COAL, 1)))):
+                            ((0, HEIGHT * 0.79), (0, HEIGHT), ((0, COAL, 0), (0.42, COAL, 0.80), (0.68, COAL, 1),
+                                                               (1, COAL, 1)))):
     canvas.cover(canvas.linear(start, end, stops))
 
   return canvas

@@ -1,14 +1,15 @@
-"""Necks, shoulders and clothes; in the units of a head, whose eyes are the origin."""
+"""Heads put together with necks, shoulders, arms and clothes; in the units of a head, whose eyes are the origin."""
 
 from dataclasses import dataclass
 from math import hypot
 
+import hair
 from canvas import bounds, num, smooth_path
 from palette import CYAN, ORANGE, add, mix
-from people import SHADE, Pen, head, lit, skin_paint
-import hair
+from people import (SHADE, Pen, face_outline, features, glasses, headphones_far, headphones_near, lit, skin_paint)
 
-SHOULDERS = [(-50, 150), (-98, 174), (-170, 200), (-212, 256), (-236, 380), (-248, 960), (236, 960), (222, 380), (196, 258),
+SHOULDERS = [(-50, 150), (-98, 174), (-170, 200), (-212, 256), (-236, 380), (-248, 960), (236, 960), (222, 380),
+             (196, 258),
              (152, 202), (84, 174), (42, 150), (18, 182), (-22, 186)]
 
 
@@ -33,15 +34,15 @@ def _neck(pen, look):
   lit(pen.canvas, data, skin_paint(pen, look, -60, 50), depth=6, blur=4, cyan=0.6, orange=0.6)
 
   with pen.canvas.group(clip=pen.canvas.clip(data)):
-    pen.soft([(-60, 70), (-30, 104), (6, 122), (40, 112), (60, 120), (40, 142), (0, 150), (-40, 132), (-70, 110)], "#05070B", 7, 0.75)
-    pen.soft([(-10, 130), (0, 160), (4, 190), (-4, 190), (-14, 160)], "#05070B", 4, 0.35)
+    pen.soft([(-60, 70), (-30, 104), (6, 122), (40, 112), (60, 120), (40, 142), (0, 150), (-40, 132), (-70, 110)],
+             "#05070B", 7, 0.75)
 
 
 def _folds(pen, colour):
   dark, light = mix(colour, "#04060A", 0.75), mix(colour, "#FFFFFF", 0.22)
 
-  for points in (((-168, 260), (-150, 330), (-158, 430), (-150, 560)), ((150, 262), (138, 330), (146, 430), (136, 560)),
-                 ((-150, 420), (-110, 436), (-76, 430)), ((140, 400), (106, 420), (76, 414))):
+  for points in (((-168, 260), (-150, 330), (-158, 430), (-150, 560)), ((150, 262), (138, 330), (146, 430),
+                                                                        (136, 560))):
     data = pen.curve(points, closed=False)
 
     with pen.canvas.group(blur=2.2, box=bounds(data)):
@@ -57,15 +58,18 @@ def clothes(pen, dress):
   data = pen.curve(SHOULDERS)
   paint = cloth(pen, colour)
 
-  if dress.style in ("jacket", "shirt"):
+  if dress.style == "jacket":
     inner = pen.curve([(-56, 168), (-24, 200), (22, 198), (46, 168), (80, 260), (60, 960), (-70, 960), (-84, 260)])
     canvas.path(inner, cloth(pen, dress.inner, -120, 110))
-    left = pen.curve([(-50, 152), (-98, 174), (-170, 200), (-212, 256), (-236, 380), (-248, 960), (-34, 960), (-30, 420),
+    left = pen.curve([(-50, 152), (-98, 174), (-170, 200), (-212, 256), (-236, 380), (-248, 960), (-34, 960),
+                      (-30, 420),
                       (-46, 300), (-62, 220)])
-    right = pen.curve([(42, 152), (84, 174), (152, 202), (196, 258), (222, 380), (236, 960), (30, 960), (30, 420), (40, 300),
+    right = pen.curve([(42, 152), (84, 174), (152, 202), (196, 258), (222, 380), (236, 960), (30, 960), (30, 420),
+                       (40, 300),
                        (54, 220)])
     lit(canvas, left, paint, depth=13, blur=7, orange=0.25 if pen.sign > 0 else 0.8, cyan=0.8 if pen.sign > 0 else 0.25)
-    lit(canvas, right, paint, depth=13, blur=7, orange=0.8 if pen.sign > 0 else 0.25, cyan=0.25 if pen.sign > 0 else 0.8)
+    lit(canvas, right, paint, depth=13, blur=7, orange=0.8 if pen.sign > 0 else 0.25,
+        cyan=0.25 if pen.sign > 0 else 0.8)
 
     for lapel in ([(-50, 148), (-74, 170), (-104, 250), (-66, 268), (-72, 292), (-36, 400), (-44, 300), (-60, 214)],
                   [(42, 148), (66, 170), (96, 250), (60, 268), (66, 292), (30, 400), (38, 300), (52, 214)]):
@@ -77,15 +81,18 @@ def clothes(pen, dress):
     _folds(pen, colour)
 
   if dress.style == "hoodie":
-    for hood in ([(-54, 128), (-86, 150), (-104, 186), (-70, 216), (-20, 228), (2, 226), (-14, 206), (-40, 186), (-52, 158)],
+    for hood in ([(-54, 128), (-86, 150), (-104, 186), (-70, 216), (-20, 228), (2, 226), (-14, 206), (-40, 186),
+                  (-52, 158)],
                  [(46, 130), (74, 152), (90, 186), (60, 216), (20, 228), (-6, 226), (12, 206), (34, 184), (44, 158)]):
-      lit(canvas, pen.curve(hood), cloth(pen, mix(colour, "#FFFFFF", 0.08), -110, 100), depth=6, blur=3, cyan=0.7, orange=0.7)
+      lit(canvas, pen.curve(hood), cloth(pen, mix(colour, "#FFFFFF", 0.08), -110, 100), depth=6, blur=3, cyan=0.7,
+          orange=0.7)
 
     for x, drop in ((-24, 330), (22, 314)):
       pen.line([(x, 218), (x - 3, 260), (x + 1, drop)], "#05070B", 5.5, 0.8)
       pen.line([(x, 218), (x - 3, 260), (x + 1, drop)], "#C4CCD3", 3, 0.75)
   elif dress.style == "turtleneck":
-    roll = pen.curve([(-54, 108), (-60, 150), (-66, 180), (-30, 202), (24, 200), (52, 176), (44, 142), (38, 108), (0, 128)])
+    roll = pen.curve([(-54, 108), (-60, 150), (-66, 180), (-30, 202), (24, 200), (52, 176), (44, 142), (38, 108),
+                      (0, 128)])
     lit(canvas, roll, cloth(pen, mix(colour, "#FFFFFF", 0.04), -66, 52), depth=6, blur=3, cyan=0.5, orange=0.5)
 
     for k in range(9):
@@ -94,6 +101,30 @@ def clothes(pen, dress):
   elif dress.style == "tee":
     pen.line([(-60, 164), (-36, 194), (0, 206), (32, 194), (52, 164)], mix(colour, "#04060A", 0.6), 9, 0.7)
     pen.line([(-62, 166), (-37, 197), (0, 210), (33, 197), (54, 166)], mix(colour, "#FFFFFF", 0.3), 1.6, 0.35)
+
+
+def head(pen, look):
+  """A whole head with its hair, beard and headphones."""
+  canvas = pen.canvas
+  data = pen.curve(face_outline(look))
+
+  headphones_far(pen, look)
+
+  lit(canvas, data, skin_paint(pen, look, -74, 76), depth=8, blur=4, cyan=0.6, orange=0.6)
+
+  with canvas.group(clip=canvas.clip(data)):
+    features(pen, look)
+
+  hair.beard(pen, look)
+  hair.front(pen, look)
+
+  if look.glasses:
+    glasses(pen)
+
+  headphones_near(pen, look)
+
+  if look.earring:
+    canvas.stroke(pen.curve([(-55, 42), (-47, 50), (-48, 62), (-56, 67), (-63, 60), (-63, 49)]), "#E8C277", 3.2)
 
 
 def bust(canvas, x, y, scale, look, dress, left=False, turn=0):
@@ -114,8 +145,8 @@ def bust(canvas, x, y, scale, look, dress, left=False, turn=0):
 
 
 def limb(canvas, points, radii, paint, depth=7, blur=4, cyan=0.7, orange=0.7):
-  """An arm through some points, as thick there as `radii` say. No light falls on its beginning, which grows out of
-  the shoulder."""
+  """An arm through some points, as thick there as `radii` say. Its beginning grows out of what lies below it: it
+  fades in, and no light falls on its end."""
   def outline(points):
     left, right = [], []
 
@@ -130,16 +161,21 @@ def limb(canvas, points, radii, paint, depth=7, blur=4, cyan=0.7, orange=0.7):
 
   (ax, ay), (bx, by) = points[:2]
   raised = [(ax - (bx - ax) * 0.7, ay - (by - ay) * 0.7)] + list(points[1:])
-  lit(canvas, outline(points), paint, depth=depth, blur=blur, cyan=cyan, orange=orange, edge=outline(raised))
+  fade = canvas.fade((ax, ay), (ax + (bx - ax) * 0.6, ay + (by - ay) * 0.6), ((0, 0), (1, 1)))
+
+  with canvas.group(mask=fade):
+    lit(canvas, outline(points), paint, depth=depth, blur=blur, cyan=cyan, orange=orange, edge=outline(raised))
 
 
 def fist(canvas, x, y, scale, look, turn=0, mirror=False):
   """A hand closed around something that runs upright through (x, y); the back of the hand is at the left."""
   skin = look.skin
-  paint = canvas.linear((-24, 0), (24, 0), ((0, add(mix(skin, SHADE, 0.45), CYAN, 0.25)), (0.45, mix(skin, SHADE, 0.42)),
+  paint = canvas.linear((-24, 0), (24, 0), ((0, add(mix(skin, SHADE, 0.45), CYAN, 0.25)),
+                                            (0.45, mix(skin, SHADE, 0.42)),
                                             (1, add(mix(skin, SHADE, 0.34), ORANGE, 0.25))))
   with canvas.at(x, y, scale, turn, mirror):
-    lit(canvas, smooth_path([(-26, -22), (-6, -27), (8, -18), (10, 10), (4, 27), (-16, 28), (-27, 12)]), paint, depth=4, blur=2,
+    lit(canvas, smooth_path([(-26, -22), (-6, -27), (8, -18), (10, 10), (4, 27), (-16, 28), (-27, 12)]), paint,
+        depth=4, blur=2,
         cyan=0.5, orange=0.5)
 
     for i, reach in enumerate((23, 26, 25, 20)):
@@ -148,5 +184,6 @@ def fist(canvas, x, y, scale, look, turn=0, mirror=False):
       lit(canvas, finger, paint, depth=3, blur=1.5, cyan=0.35, orange=0.45)
       canvas.stroke(f"M-8 {num(y0 + 6.1)}L{reach - 5} {num(y0 + 6.1)}", mix(skin, "#05070B", 0.85), 1.4, opacity=0.7)
 
-    lit(canvas, smooth_path([(-14, -24), (-2, -33), (12, -34), (16, -27), (6, -22), (-4, -16)]), paint, depth=3, blur=1.5, cyan=0.4,
+    lit(canvas, smooth_path([(-14, -24), (-2, -33), (12, -34), (16, -27), (6, -22), (-4, -16)]), paint, depth=3,
+        blur=1.5, cyan=0.4,
         orange=0.4)

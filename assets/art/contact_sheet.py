@@ -45,7 +45,8 @@ def main():
   pictures = [picture for picture in all_pictures().values() if (ASSETS / picture.file_name).exists()]
   full = run(["rsvg-convert", "--unlimited", "--format", "png"], sheet(pictures).encode())
   target.write_bytes(run(["pngquant", "--speed", "1", "--strip", "256", "-"], full))
-  print(f"{target.name}: {len(pictures)} pictures, {sum((ASSETS / p.file_name).stat().st_size for p in pictures)} bytes")
+  total = sum((ASSETS / picture.file_name).stat().st_size for picture in pictures)
+  print(f"{target.name}: {len(pictures)} pictures of {total} bytes")
 
 
 if __name__ == "__main__":

@@ -43,7 +43,8 @@ class Cover:
   def finish(self):
     """The dark that takes the edges back to the colour of the tile."""
     canvas = self.canvas
-    canvas.cover(canvas.radial(SIDE / 2, SIDE / 2, SIDE * 0.72, ((0, COAL, 0), (0.56, COAL, 0), (0.70, COAL, 1), (1, COAL, 1))),
+    canvas.cover(canvas.radial(SIDE / 2, SIDE / 2, SIDE * 0.72, ((0, COAL, 0), (0.56, COAL, 0), (0.70, COAL, 1),
+                                                                 (1, COAL, 1))),
                  opacity=1)
     return canvas
 
@@ -89,7 +90,8 @@ def synths():
         strength = min(1, strength * 1.4)
 
       with canvas.group(screen=True):
-        canvas.rect(x - wide / 2, low - 16, wide, 16, mix(colour, "#FFFFFF", 0.28 if strong else 0.05), radius=4, opacity=strength)
+        canvas.rect(x - wide / 2, low - 16, wide, 16, mix(colour, "#FFFFFF", 0.28 if strong else 0.05), radius=4,
+                    opacity=strength)
 
     bloom(canvas, x, y - 26 - height * 13, 130 if strong else 80, colour, 0.40 if strong else 0.16, squash=height / 6)
 
@@ -99,7 +101,7 @@ def synths():
 def hip_hop():
   """A record on the turntable under the tone arm."""
   cover = Cover((0, 1.95, 1.75), (0, 0.10, 0.02), 1640, floor=False)
-  canvas, scene = cover.canvas, Scene()
+  scene = Scene()
   deck = Frame((0, 0.10, 0), turn=-14, lean=90)
   patches = box(deck, -0.60, -0.46, -0.10, 0.60, 0.46, 0, Material("#262D35", 0.35, 8), rim=0.8)
   centre = deck.point(-0.10, 0.0, 0)
@@ -124,7 +126,8 @@ def hip_hop():
 
   for i in range(34):
     radius = 0.150 + 0.0070 * i
-    ring = [deck.point(-0.10 + radius * cos(2 * pi * k / 90), radius * sin(2 * pi * k / 90), z + 0.001) for k in range(90)]
+    ring = [deck.point(-0.10 + radius * cos(2 * pi * k / 90), radius * sin(2 * pi * k / 90),
+                       z + 0.001) for k in range(90)]
     patches.append(Outline(ring, "#020304", 0.42 if i % 9 else 0.95, 0.0016 if i % 9 else 0.006))
 
   patches += [round_plate(deck, -0.10, 0, 0.142, Material(ORANGE, 0.2, 8, glow=0.55), z=z + 0.002, count=64),
@@ -134,18 +137,21 @@ def hip_hop():
 
   # The arm, its base and weight; the pitch fader.
   base = deck.point(0.44, 0.29, 0)
-  patches += cylinder(plus(base, up, 0.0), plus(base, up, 0.05), 0.095, 0.085, STEEL, count=40, cap=Material("#3B444E", 0.5, 10))
+  patches += cylinder(plus(base, up, 0.0), plus(base, up, 0.05), 0.095, 0.085, STEEL, count=40,
+                      cap=Material("#3B444E", 0.5, 10))
   patches += cylinder(plus(base, up, 0.05), plus(base, up, 0.10), 0.045, 0.04, CHROME, count=28, cap=CHROME)
   joint = deck.point(0.43, -0.16, 0.095)
   tip = deck.point(0.20, -0.27, 0.065)
   patches += rod(deck.point(0.452, 0.42, 0.085), plus(base, up, 0.085), 0.017, CHROME)
-  patches += cylinder(deck.point(0.455, 0.36, 0.085), deck.point(0.457, 0.43, 0.085), 0.034, 0.034, STEEL, count=24, cap=CHROME)
+  patches += cylinder(deck.point(0.455, 0.36, 0.085), deck.point(0.457, 0.43, 0.085), 0.034, 0.034, STEEL, count=24,
+                      cap=CHROME)
   patches += rod(plus(base, up, 0.085), joint, 0.013, CHROME)
   patches += ball(joint, 0.014, CHROME, 6, 10) + rod(joint, tip, 0.013, CHROME)
   patches += rod(tip, plus(tip, unit(minus(tip, joint)), 0.07), 0.022, BLACK)
   patches.append(plate(deck, 0.485, -0.40, 0.535, -0.05, EBONY, z=0.001))
   patches += box(deck, 0.475, -0.25, 0, 0.545, -0.205, 0.03, CHROME, rim=0.7)
-  patches += cylinder(deck.point(-0.50, -0.37, 0), deck.point(-0.50, -0.37, 0.03), 0.042, 0.038, CHROME, count=28, cap=STEEL)
+  patches += cylinder(deck.point(-0.50, -0.37, 0), deck.point(-0.50, -0.37, 0.03), 0.042, 0.038, CHROME, count=28,
+                      cap=STEEL)
   patches.append(round_plate(deck, 0.33, -0.40, 0.012, Material(CYAN, glow=1), z=0.002, count=16))
   scene.add(patches)
   cover.furnish(scene)
@@ -157,12 +163,13 @@ def drum_pack():
   cover = Cover((0, 1.60, 2.4), (0, 0.25, 0), 1780)
   canvas, scene = cover.canvas, Scene()
   lean = unit((0.0, 1, 0.10))
-  scene.add(drum_shell((0, 0.10, 0), plus((0, 0.10, 0), lean, 0.30), 0.52, lacquer=Material("#B4343C", 0.9, 20), lugs=10))
+  scene.add(drum_shell((0, 0.10, 0), plus((0, 0.10, 0), lean, 0.30), 0.52, lacquer=Material("#B4343C", 0.9, 20),
+                       lugs=10))
   top = plus((0, 0.10, 0), lean, 0.30)
   face = [disc(plus(top, lean, 0.004), lean, 0.34, Material("#F1EFE9", 0.1, 8)),
           disc(plus(top, lean, 0.005), lean, 0.335, Material("#DEDCD6", 0.1, 8))]
   scene.add(face, nearer=0.6)
-  wood = Material("#D8A868", 0.4, 14)
+  wood = Material("#DCA25C", 0.4, 14, glow=0.3)
 
   for side, lift in ((1, 0.03), (-1, 0.055)):
     start, end = plus((side * 0.62, 0.50, 0.42), lean, lift), plus((side * -0.26, 0.42, -0.20), lean, lift)
@@ -180,7 +187,8 @@ def drum_pack():
   return cover.finish()
 
 
-DJEMBE = ((0.0, 0.235), (0.04, 0.232), (0.20, 0.150), (0.34, 0.118), (0.42, 0.128), (0.52, 0.185), (0.64, 0.262), (0.74, 0.295),
+DJEMBE = ((0.0, 0.235), (0.04, 0.232), (0.20, 0.150), (0.34, 0.118), (0.42, 0.128), (0.52, 0.185), (0.64, 0.262),
+          (0.74, 0.295),
           (0.82, 0.300))
 
 
@@ -235,7 +243,8 @@ def afro_beats():
 
   for height, radius, thick in ((0.445, 0.142, 0.014), (0.79, 0.302, 0.016), (0.835, 0.308, 0.014)):
     for k in range(3):
-      ring = [(radius * sin(t * pi / 40), height + (k - 1) * thick * 0.5, radius * cos(t * pi / 40)) for t in range(-40, 41)
+      ring = [(radius * sin(t * pi / 40), height + (k - 1) * thick * 0.5, radius * cos(t * pi / 40))
+              for t in range(-40, 41)
               if cos(t * pi / 40) > -0.15]
       patches.append(Outline(ring, ("#2A1A10", "#C9A873", "#E9D3A6")[k], 1, thick * (1.3 - 0.3 * k), False))
 

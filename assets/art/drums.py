@@ -10,7 +10,7 @@ from space import Material, Scene, cross, dot, minus, plus, unit
 
 LACQUER = Material("#A02A34", shine=0.9, sharp=26)
 HEAD = Material("#E4E2DC", shine=0.12, sharp=8)
-BRONZE = Material("#F6A552", shine=0.45, sharp=14, metal=0.25)
+BRONZE = Material("#F6A552", shine=0.45, sharp=14, metal=0.25, glow=0.28)
 EYE = (0, 1.42, 4.3)  # where the tiles are seen from: what lies behind a drum is not built
 
 
@@ -140,7 +140,8 @@ def _rack(scene):
   scene.add(box(tower, -0.15, 0.0, -0.10, 0.15, 0.05, 0.24, STEEL))
   scene.add(box(tower, -0.13, 0.05, -0.07, 0.13, 0.48, 0.0, BLACK))
   face = Frame((0.0, 0.27, 0.11))
-  scene.add([round_plate(face, 0, 0, 0.165, RUBBER), round_plate(face, 0, 0, 0.155, Material("#E8F6FF", glow=0.7), z=0.004),
+  scene.add([round_plate(face, 0, 0, 0.165, RUBBER), round_plate(face, 0, 0, 0.155, Material("#E8F6FF", glow=0.7),
+                                                                 z=0.004),
              round_plate(face, 0, 0, 0.145, Material("#2A3038", 0.35, 8), z=0.006),
              round_plate(face, 0, 0, 0.06, Material("#39424D", 0.35, 8), z=0.008)], nearer=0.5)
 
@@ -184,6 +185,6 @@ def electronic_drums():
 
 
 PICTURES = (
-  Picture("drums_bg.png", 1152, 768, drum_kit),
-  Picture("electronic_drums_bg.png", 1151, 720, electronic_drums),
+  Picture("drums_bg.png", 1008, 672, drum_kit),
+  Picture("electronic_drums_bg.png", 1007, 630, electronic_drums),
 )

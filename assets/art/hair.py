@@ -6,7 +6,8 @@ from canvas import bounds
 from palette import CYAN, ORANGE, add, mix
 from people import lit
 
-SKULL = [(-66, 10), (-80, -10), (-90, -46), (-84, -88), (-58, -116), (-16, -129), (28, -122), (56, -106), (70, -84), (75, -62)]
+SKULL = [(-66, 10), (-80, -10), (-90, -46), (-84, -88), (-58, -116), (-16, -129), (28, -122), (56, -106), (70, -84),
+         (76, -64), (74.5, -46)]
 
 
 def _cloud(pen, x, y, radius, bumps, bump):
@@ -15,7 +16,7 @@ def _cloud(pen, x, y, radius, bumps, bump):
 
   for i in range(bumps * 2):
     a = 2 * pi * i / (bumps * 2)
-    r = radius + (bump if i % 2 else -bump * 0.6) + 1.2 * sin(i * 2.3)
+    r = radius + (bump if i % 2 else -bump * 0.6) * (1 + 0.7 * sin(i * 1.9)) + 1.4 * sin(i * 0.83)
     points.append((x + r * cos(a), y + r * sin(a) * 0.94))
 
   return pen.curve(points)
@@ -28,45 +29,43 @@ def _afro(pen):
 
 def back(pen, look):
   """What hangs behind neck and shoulders; drawn before the body."""
-  colour = look.hair_colour
-  style = look.hair
+  colour, style, canvas = look.hair_colour, look.hair, pen.canvas
 
   if style == "afro":
-    lit(pen.canvas, _afro(pen), mix(colour, "#05070B", 0.25), depth=13, blur=7)
-  elif style == "long":
-    lit(pen.canvas, pen.curve([(-30, -118), (-84, -84), (-100, -10), (-104, 70), (-116, 150), (-92, 210), (-40, 190),
-                               (20, 150), (50, 60), (40, -60)]), mix(colour, "#05070B", 0.3), depth=14, blur=7)
-  elif style in ("locs", "braids"):
-    count, reach, width = (11, 190, 17) if style == "locs" else (15, 235, 11)
-
-    for i in range(count):
-      x = -92 + i * 132 / (count - 1)
+    lit(canvas, _afro(pen), mix(colour, "#05070B", 0.25), depth=13, blur=7)
+  elif style == "locs":
+    for i in range(11):
+      x = -92 + 13.2 * i
       bend = 10 * sin(i * 1.7)
-      end = reach - 26 * abs(sin(i * 1.1))
-      _rope(pen, [(x * 0.72 - 8, -70), (x - 6, 0), (x - 10 + bend, end * 0.5), (x - 6 - bend, end)], colour, width, i / count)
+      end = 190 - 26 * abs(sin(i * 1.1))
+      _rope(pen, [(x * 0.72 - 8, -70), (x - 6, 0), (x - 10 + bend, end * 0.5), (x - 6 - bend, end)], colour, i)
   elif style == "bun":
-    lit(pen.canvas, pen.curve([(-80, -58), (-104, -66), (-120, -42), (-112, -12), (-88, -2), (-70, -24)]), colour, depth=8, blur=4)
+    knot = [(-80, -58), (-104, -66), (-120, -42), (-112, -12), (-88, -2), (-70, -24)]
+    lit(canvas, pen.curve(knot), colour, depth=8, blur=4)
   elif style == "topknot":
-    lit(pen.canvas, _cloud(pen, -34, -140, 30, 10, 2), colour, depth=8, blur=4)
+    lit(canvas, _cloud(pen, -34, -140, 30, 10, 2), colour, depth=8, blur=4)
   elif style == "wrap":
-    lit(pen.canvas, pen.curve([(-60, -128), (-84, -158), (-66, -184), (-30, -192), (6, -180), (18, -150), (0, -126)]),
-        cloth_paint(pen, look.cloth), depth=9, blur=4, cyan=0.6, orange=0.6)
+    knot = [(-60, -128), (-84, -158), (-66, -184), (-30, -192), (6, -180), (18, -150), (0, -126)]
+    lit(canvas, pen.curve(knot), cloth_paint(pen, look.cloth), depth=9, blur=4, cyan=0.6, orange=0.6)
 
 
 def cloth_paint(pen, colour, left=-96, right=90):
   """Cloth between the lights."""
-  return pen.across(left, right, ((0, add(mix(colour, "#05070B", 0.35), CYAN, 0.25)), (0.3, mix(colour, "#05070B", 0.45)),
+  return pen.across(left, right, ((0, add(mix(colour, "#05070B", 0.35), CYAN, 0.25)),
+                                  (0.3, mix(colour, "#05070B", 0.45)),
                                   (0.65, mix(colour, "#05070B", 0.25)), (1, add(colour, ORANGE, 0.12))))
 
 
-def _rope(pen, points, colour, width, share):
+def _rope(pen, points, colour, index):
+  """One of the locs; neighbours differ a little in tone."""
   canvas = pen.canvas
+  width = 16
   data = pen.curve(points, closed=False)
   middle = sum(pen.sign * x for x, _ in points) / len(points)
   light = CYAN if middle < -10 else ORANGE
   strength = min(abs(middle + 10) / 90, 1)
   canvas.stroke(data, "#05070B", width + 3)
-  canvas.stroke(data, mix(colour, "#05070B", 0.2 + 0.25 * (int(share * 20) % 2)), width)
+  canvas.stroke(data, mix(colour, "#05070B", 0.2 + 0.25 * (index % 2)), width)
 
   with canvas.group(transform=f"translate({-width * 0.26 if light == CYAN else width * 0.26} 0)"):
     canvas.stroke(data, light, width * 0.20, opacity=0.25 + 0.6 * strength)
@@ -85,64 +84,69 @@ def _cap(pen, edge, colour, depth=10, blur=5):
 
 def front(pen, look):
   """The hair over the forehead, drawn over the face."""
-  colour, style, canvas = look.hair_colour, look.hair, pen.canvas
+  STYLES[look.hair](pen, look)
 
-  if style == "afro":
-    cloud = _afro(pen)
-    data = pen.curve([(-66, 40), (-92, 10), (-102, -44), (-92, -104), (-56, -138), (-4, -148), (48, -136), (78, -100), (82, -62),
-                      (76, -40), (68, -58), (54, -78), (28, -86), (-8, -82), (-36, -64), (-48, -32), (-54, 10)])
 
-    with canvas.group(clip=canvas.clip(cloud)), canvas.group(blur=3, box=bounds(data)):
-      canvas.path(data, mix(colour, "#05070B", 0.25))
+def _front_afro(pen, look):
+  cloud = _afro(pen)
+  data = pen.curve([(-66, 40), (-92, 10), (-102, -44), (-92, -104), (-56, -138), (-4, -148), (48, -136), (78, -100),
+                    (82, -62), (76, -40), (68, -58), (54, -78), (28, -86), (-8, -82), (-36, -64), (-48, -32),
+                    (-54, 10)])
 
-    _curls(pen, cloud)
-  elif style == "fade":
-    _cap(pen, [(70, -58), (58, -74), (32, -84), (0, -82), (-32, -70), (-48, -48), (-54, -18), (-58, 12)], colour)
-    _stubble(pen, [(-66, 18), (-78, -14), (-82, -44), (-56, -48), (-54, 10)], colour)
-  elif style == "short":
-    data = _cap(pen, [(74, -56), (60, -74), (40, -84), (14, -80), (-20, -72), (-42, -52), (-50, -20), (-56, 14)], colour)
-    _streaks(pen, colour, data)
-  elif style == "swept":
-    top = [(-62, 16), (-84, -12), (-94, -52), (-86, -100), (-56, -134), (-8, -148), (46, -138), (80, -108), (84, -76)]
-    data = pen.curve(top + [(70, -84), (40, -88), (4, -82), (-30, -62), (-46, -28), (-52, 8)])
-    lit(canvas, data, mix(colour, "#05070B", 0.15), depth=11, blur=5, edge=pen.curve(top + WHOLE[10:]))
-    _streaks(pen, colour, data)
-  elif style in ("long", "bun", "topknot"):
-    data = _cap(pen, [(71, -56), (62, -76), (42, -87), (14, -84), (-16, -70), (-40, -44), (-50, -10), (-56, 20)], colour, depth=11, blur=5)
-    _streaks(pen, colour, data)
+  with pen.canvas.group(clip=pen.canvas.clip(cloud)), pen.canvas.group(blur=3, box=bounds(data)):
+    pen.canvas.path(data, mix(look.hair_colour, "#05070B", 0.25))
 
-    if style == "long":
-      lit(canvas, pen.curve([(-50, -60), (-42, -14), (-46, 50), (-44, 120), (-58, 186), (-92, 196), (-104, 120), (-96, 30),
-                             (-84, -40)]), mix(colour, "#05070B", 0.12), depth=9, blur=4)
-  elif style in ("locs", "braids"):
-    _cap(pen, [(70, -58), (60, -74), (36, -84), (8, -80), (-22, -68), (-42, -48), (-50, -12), (-56, 16)], colour)
-    width = 15 if style == "locs" else 10
+  _curls(pen, cloud)
 
-    for i in range(8 if style == "locs" else 11):
-      x = 58 - i * (15 if style == "locs" else 11)
-      _rope(pen, [(x, -92 + abs(x - 10) * 0.10), (x - 14, -112), (x * 0.8 - 30, -122 + abs(x) * 0.1), (x * 0.5 - 52, -100)],
-            colour, width, i / 9)
 
-    for i in range(3):
-      x = -52 - i * 15
-      _rope(pen, [(x + 4, -62), (x - 4, 0), (x - 2, 70), (x - 8, 140 + 14 * i)], colour, width, i / 3)
-  elif style == "wrap":
-    top = [(-64, 0), (-88, -30), (-94, -76), (-72, -124), (-24, -146), (30, -140), (70, -112), (80, -74)]
-    data = pen.curve(top + [(62, -66), (24, -70), (-14, -62), (-44, -40), (-54, -10)])
-    lit(canvas, data, cloth_paint(pen, look.cloth), depth=9, blur=4, cyan=0.6, orange=0.6, edge=pen.curve(top + WHOLE[10:]))
+def _front_fade(pen, look):
+  edge = [(68, -64), (56, -77), (32, -84), (0, -82), (-32, -70), (-48, -48), (-54, -18), (-58, 12)]
+  _cap(pen, edge, look.hair_colour)
+  _stubble(pen, [(-66, 18), (-78, -14), (-82, -44), (-56, -48), (-54, 10)], look.hair_colour)
 
-    with canvas.group(clip=canvas.clip(data)):
-      for k in range(4):
-        pen.line([(-100, -30 - 26 * k), (-40, -66 - 22 * k), (30, -84 - 18 * k), (90, -82 - 20 * k)], "#05070B", 3, 0.35)
-        pen.line([(-100, -34 - 26 * k), (-40, -70 - 22 * k), (30, -88 - 18 * k), (90, -86 - 20 * k)], "#FFFFFF", 1.5, 0.16)
-  elif style == "scarf":
-    _scarf(pen, look)
-  elif style == "cap":
-    _stubble(pen, [(-62, 26), (-80, -10), (-84, -50), (-54, -50), (-52, 12)], colour)
-    crown = pen.curve([(-74, -46), (-90, -70), (-80, -112), (-40, -136), (14, -136), (60, -114), (82, -78), (84, -62), (30, -66), (-20, -58)])
-    lit(canvas, crown, cloth_paint(pen, look.cloth), depth=10, blur=5, edge=pen.curve([(-90, -30), (-90, -70), (-80, -112), (-40, -136), (14, -136), (60, -114), (82, -78), (90, 0), (0, 200)]))
-    lit(canvas, pen.curve([(10, -68), (50, -72), (88, -66), (116, -50), (108, -46), (70, -54), (30, -58)]),
-        mix(look.cloth, "#000000", 0.35), depth=4, blur=2)
+
+def _front_combed(pen, look):
+  edge = [(68, -64), (58, -79), (42, -87), (14, -84), (-16, -70), (-40, -44), (-50, -10), (-56, 20)]
+  _streaks(pen, look.hair_colour, _cap(pen, edge, look.hair_colour, depth=11))
+
+
+def _front_locs(pen, look):
+  edge = [(68, -64), (56, -77), (36, -84), (8, -80), (-22, -68), (-42, -48), (-50, -12), (-56, 16)]
+  _cap(pen, edge, look.hair_colour)
+
+  for i in range(8):
+    x = 58 - 15 * i
+    _rope(pen, [(x, -92 + abs(x - 10) * 0.10), (x - 14, -112), (x * 0.8 - 30, -122 + abs(x) * 0.1),
+                (x * 0.5 - 52, -100)], look.hair_colour, i)
+
+  for i in range(3):
+    x = -52 - i * 15
+    _rope(pen, [(x + 4, -62), (x - 4, 0), (x - 2, 70), (x - 8, 140 + 14 * i)], look.hair_colour, i)
+
+
+def _front_wrap(pen, look):
+  canvas = pen.canvas
+  top = [(-64, 0), (-88, -30), (-94, -76), (-72, -124), (-24, -146), (30, -140), (70, -112), (80, -74)]
+  data = pen.curve(top + [(62, -66), (24, -70), (-14, -62), (-44, -40), (-54, -10)])
+  lit(canvas, data, cloth_paint(pen, look.cloth), depth=9, blur=4, cyan=0.6, orange=0.6,
+      edge=pen.curve(top + WHOLE[11:]))
+
+  with canvas.group(clip=canvas.clip(data)):
+    for k in range(4):
+      for up, colour, width, opacity in ((0, "#05070B", 3, 0.35), (4, "#FFFFFF", 1.5, 0.16)):
+        pen.line([(-100, -30 - up - 26 * k), (-40, -66 - up - 22 * k), (30, -84 - up - 18 * k),
+                  (90, -82 - up - 20 * k)], colour, width, opacity)
+
+
+def _front_cap(pen, look):
+  canvas = pen.canvas
+  _stubble(pen, [(-62, 26), (-80, -10), (-84, -50), (-54, -50), (-52, 12)], look.hair_colour)
+  top = [(-90, -70), (-80, -112), (-40, -136), (14, -136), (60, -114), (82, -78)]
+  crown = pen.curve([(-74, -46)] + top + [(84, -62), (30, -66), (-20, -58)])
+  lit(canvas, crown, cloth_paint(pen, look.cloth), depth=10, blur=5,
+      edge=pen.curve([(-90, -30)] + top + [(90, 0), (0, 200)]))
+  peak = pen.curve([(10, -68), (50, -72), (88, -66), (116, -50), (108, -46), (70, -54), (30, -58)])
+  lit(canvas, peak, mix(look.cloth, "#000000", 0.35), depth=4, blur=2)
 
 
 def _curls(pen, data):
@@ -166,8 +170,10 @@ def _streaks(pen, colour, data):
   """Strands along the skull, from the forehead to behind the ear."""
   with pen.canvas.group(clip=pen.canvas.clip(data)):
     for k in range(9):
-      pen.line([(76 - 9 * k, -74 - 3 * k), (30 - 7 * k, -96 - 4.2 * k), (-24 - 6 * k, -88 - 2.6 * k), (-56 - 4 * k, -40 - 4 * k),
-                (-62 - 3 * k, 10)], mix(colour, "#FFFFFF", 0.34), 1.5, 0.26)
+      x = 58 - 12 * k
+      y = -80 + (x - 14) ** 2 * 0.010
+      pen.line([(x, y), (x * 0.55 - 26, y - 14 + 2 * k), (x * 0.25 - 66, y + 6 + 2 * k), (-88 + k, -40 + 5 * k)],
+               mix(colour, "#FFFFFF", 0.34), 1.5, 0.26)
 
 
 def _stubble(pen, points, colour):
@@ -180,15 +186,18 @@ def _scarf(pen, look):
   canvas = pen.canvas
   outer = [(-30, 150), (-76, 110), (-92, 40), (-96, -30), (-88, -84), (-58, -122), (-12, -138), (40, -128), (74, -98),
            (88, -54), (84, 0), (80, 50), (66, 96), (40, 132), (20, 160)]
-  inner = [(20, -88), (52, -80), (70, -52), (72, -8), (74, 24), (64, 68), (48, 98), (24, 110), (-6, 102), (-34, 80), (-50, 44),
+  inner = [(20, -88), (52, -80), (70, -52), (72, -8), (74, 24), (64, 68), (48, 98), (24, 110), (-6, 102), (-34, 80),
+           (-50, 44),
            (-54, 0), (-48, -44), (-22, -76)]
   data = pen.curve(outer) + pen.curve(inner)
-  paint = pen.across(-96, 90, ((0, add(look.cloth, CYAN, 0.5)), (0.22, mix(look.cloth, CYAN, 0.08)), (0.5, mix(look.cloth, "#05070B", 0.35)),
+  paint = pen.across(-96, 90, ((0, add(look.cloth, CYAN, 0.5)), (0.22, mix(look.cloth, CYAN, 0.08)),
+                               (0.5, mix(look.cloth, "#05070B", 0.35)),
                                (0.8, look.cloth), (1, add(look.cloth, ORANGE, 0.5))))
   canvas.path(data, paint, even_odd=True)
   canvas.stroke(pen.curve(inner), "#05070B", 3, opacity=0.55)
 
-  for points in (((-40, -112), (-72, -60), (-76, 20), (-54, 96), (-8, 136)), ((-10, -122), (-56, -74), (-64, 10), (-44, 84), (4, 124)),
+  for points in (((-40, -112), (-72, -60), (-76, 20), (-54, 96), (-8, 136)),
+                 ((-10, -122), (-56, -74), (-64, 10), (-44, 84), (4, 124)),
                  ((20, -122), (66, -96), (80, -50)), ((-60, 110), (-10, 128), (44, 112), (72, 66))):
     pen.line(points, "#05070B", 3, 0.35)
     pen.line([(x - 3, y - 2) for x, y in points], "#FFFFFF", 1.3, 0.20)
@@ -199,10 +208,12 @@ def beard(pen, look):
   colour, canvas = look.hair_colour, pen.canvas
 
   if look.beard == "full":
-    data = pen.curve([(-60, 6), (-64, 40), (-54, 74), (-28, 108), (6, 130), (34, 132), (54, 112), (64, 82), (68, 58), (65, 52),
+    data = pen.curve([(-60, 6), (-64, 40), (-54, 74), (-28, 108), (6, 130), (34, 132), (54, 112), (64, 82), (68, 58),
+                      (65, 52),
                       (58, 53), (44, 50), (36, 52), (28, 50), (12, 54), (2, 66), (-22, 62), (-44, 36), (-52, 8)])
     mouth = pen.curve([(6, 67), (20, 60), (37, 59), (52, 60), (61, 67), (52, 77), (38, 81), (20, 77)])
-    edge = pen.curve([(-64, 40), (-54, 74), (-28, 108), (6, 130), (34, 132), (54, 112), (66, 82), (72, 48), (84, -100), (-84, -100)])
+    edge = pen.curve([(-64, 40), (-54, 74), (-28, 108), (6, 130), (34, 132), (54, 112), (66, 82), (72, 48),
+                      (84, -100), (-84, -100)])
     lit(canvas, data, cloth_paint(pen, colour), depth=9, blur=5, edge=edge)
     canvas.path(mouth, mix(look.lips, "#080C14", 0.45))
     pen.line([(9, 67), (24, 69), (38, 68), (59, 67)], "#0A0A0D", 2.4)
@@ -214,9 +225,15 @@ def beard(pen, look):
         pen.line([(x, 74 + 14 * sin(k * 0.36)), (x + 5, 96 + 14 * sin(k * 0.36)), (x + 15, 112 + 12 * sin(k * 0.36))],
                  mix(colour, "#FFFFFF", 0.35), 1.6, 0.3)
   elif look.beard == "short":
-    shape = [(-60, 20), (-58, 48), (-42, 76), (-18, 98), (10, 113), (32, 115), (50, 102), (60, 80), (65, 62), (61, 62), (59, 74),
+    shape = [(-60, 20), (-58, 48), (-42, 76), (-18, 98), (10, 113), (32, 115), (50, 102), (59, 84), (61, 74),
+             (57, 76), (53, 82),
              (48, 86), (30, 88), (14, 84), (-2, 72), (-30, 62), (-50, 36)]
     with canvas.group(opacity=0.92):
       lit(canvas, pen.curve(shape), mix(colour, "#05070B", 0.15), depth=7, blur=4, cyan=0.7, orange=0.7,
           edge=pen.curve(shape[1:9] + [(72, 50), (84, -100), (-84, -100)]))
-    pen.fill([(8, 61), (22, 53.5), (36, 54.5), (48, 53.5), (60, 61), (48, 59), (37, 58), (23, 59)], mix(colour, "#05070B", 0.2), 0.95)
+    pen.fill([(4, 61), (18, 53.5), (33, 54.5), (45, 53.5), (57, 61), (45, 59), (34, 58), (20, 59)],
+             mix(colour, "#05070B", 0.2), 0.95)
+
+
+STYLES = {"afro": _front_afro, "fade": _front_fade, "bun": _front_combed, "topknot": _front_combed,
+          "locs": _front_locs, "wrap": _front_wrap, "cap": _front_cap, "scarf": _scarf}

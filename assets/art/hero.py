@@ -11,7 +11,7 @@ from people import Look, Pen
 from props import bar, stage_microphone, studio_microphone
 from room import Room, bloom
 from solids import BLACK, CHROME, STEEL, Frame, ball, box, cymbal, plate, rod
-from space import Camera, Material, Outline, Scene
+from space import Camera, Material, Scene
 from strings import BASS_BODY, BASS_GUARD, GUITAR_BODY, GUITAR_GUARD, PEARL, instrument
 
 WIDTH, HEIGHT = 1774, 887
@@ -20,10 +20,12 @@ CAMERA = Camera((0, 1.38, 4.2), (0, 1.38, 0), 2350, (WIDTH / 2, HORIZON))
 
 KEYS = Look("#B87C55", "#201512", "scarf", lashes=1.5, cloth="#23707F", lips="#9C4A48", build=0.84, phones="#8E99A3")
 DRUMS = Look("#70452C", "#1A1411", "locs", beard="short", nose=1.5, fullness=1.5, lips="#6E3A34", phones="#262D35")
-SINGER = Look("#8E5A3A", "#17110E", "wrap", cloth="#B4551F", lashes=1.6, fullness=1.5, nose=1.2, lips="#96423E", build=0.76,
+SINGER = Look("#8E5A3A", "#17110E", "wrap", cloth="#B4551F", lashes=1.6, fullness=1.5, nose=1.2, lips="#96423E",
+              build=0.76,
               earring=True, phones="#20262D")
 BASS = Look("#D2A57C", "#17171C", "topknot", brow=1.3, lips="#A4605A", phones="#2A3038")
-GUITAR = Look("#D0A080", "#A9B1B8", "cap", beard="full", aged=True, glasses=True, cloth="#3A4652", brow=1.5, phones="#20262D")
+GUITAR = Look("#D0A080", "#A9B1B8", "cap", beard="full", aged=True, glasses=True, cloth="#3A4652", brow=1.5,
+              phones="#20262D")
 
 
 def world(x, y, z):
@@ -48,7 +50,7 @@ def _drummer(canvas):
   _cymbals(canvas)
   bust(canvas, 1160, 352, 0.47, DRUMS, Dress("tee", "#59636D"), turn=5)
   pen = Pen(canvas)
-  limb(canvas, [(1226, 436), (1268, 516), (1252, 600)], (36, 28, 24), cloth(pen, "#59636D", 1040, 1290))
+  limb(canvas, [(1212, 432), (1256, 516), (1248, 600)], (24, 26, 24), cloth(pen, "#59636D", 1040, 1290))
   canvas.stroke("M1262 556L1214 404", "#120C07", 10)
   canvas.stroke("M1262 556L1214 404", "#C79A5E", 6.5)
   fist(canvas, 1252, 530, 0.55, DRUMS, turn=-18, mirror=True)
@@ -57,9 +59,10 @@ def _drummer(canvas):
 def _bassist(canvas):
   scene = Scene()
   frame = Frame(world(1404, 716, -0.35), turn=0, lean=6, roll=-17)
-  scene.add(instrument(frame, 0.86, BASS_BODY, BASS_GUARD, Material("#B4401E", 0.85, 24), Material("#1A1E24", 0.5, 20), 0.085, 0.945,
+  scene.add(instrument(frame, 0.86, BASS_BODY, BASS_GUARD, Material("#B4401E", 0.85, 24),
+                       Material("#1A1E24", 0.5, 20), 0.085, 0.945,
                        4, ((0.165, 0.03, 0), (0.262, 0.03, 0)), True, BLACK))
-  bust(canvas, 1452, 346, 0.47, BASS, Dress("shirt", "#4A3B36", "#23282F"), left=True, turn=-5)
+  bust(canvas, 1452, 346, 0.47, BASS, Dress("jacket", "#4A3B36", "#23282F"), left=True, turn=-5)
   pen = Pen(canvas)
   limb(canvas, [(1514, 436), (1548, 490), (1552, 540)], (34, 29, 25), cloth(pen, "#4A3B36", 1400, 1570))
   limb(canvas, [(1560, 556), (1526, 520), (1488, 482)], (25, 23, 17), cloth(pen, "#4A3B36", 1400, 1570))
@@ -80,8 +83,8 @@ def _keyboard_player(canvas):
   bust(canvas, 1010, 402, 0.57, KEYS, Dress("jacket", "#31424E", "#23707F"), turn=7)
   pen = Pen(canvas)
   paint = cloth(pen, "#31424E", 880, 1140)
-  limb(canvas, [(932, 516), (898, 640), (952, 722)], (38, 33, 27), paint)
-  limb(canvas, [(1086, 516), (1122, 640), (1072, 722)], (38, 33, 27), paint)
+  limb(canvas, [(950, 508), (902, 640), (952, 722)], (28, 33, 27), paint)
+  limb(canvas, [(1070, 508), (1118, 640), (1072, 722)], (28, 33, 27), paint)
   scene = Scene()
   body = Frame(world(1010, 742, 0.55), turn=10)
   patches = box(body, -0.46, -0.07, -0.16, 0.46, 0.05, 0.10, Material("#222931", 0.45, 12), rim=0.7)
@@ -102,23 +105,24 @@ def _singer(canvas):
   stage_microphone(canvas, 1262, 424, 0.92, turn=-16)
   pen = Pen(canvas)
   paint = cloth(pen, "#6A2F3C", 1230, 1440)
-  limb(canvas, [(1374, 494), (1404, 570), (1412, 640)], (38, 38, 34), paint)
-  limb(canvas, [(1428, 660), (1388, 634), (1340, 584), (1300, 520)], (30, 33, 28, 21), paint)
+  limb(canvas, [(1360, 490), (1390, 570), (1404, 640)], (28, 34, 33), paint)
+  limb(canvas, [(1424, 640), (1392, 634), (1340, 584), (1300, 520)], (24, 33, 28, 21), paint)
   fist(canvas, 1282, 492, 0.72, SINGER, turn=-20, mirror=True)
 
 
 def _guitarist(canvas):
-  bust(canvas, 1572, 398, 0.58, GUITAR, Dress("shirt", "#3E5560", "#C9CED3"), left=True, turn=4)
+  bust(canvas, 1572, 398, 0.58, GUITAR, Dress("jacket", "#3E5560", "#C9CED3"), left=True, turn=4)
   scene = Scene()
   frame = Frame(world(1470, 812, 0.30), turn=0, lean=4, roll=-40)
   scene.add(instrument(frame, 0.84, GUITAR_BODY, GUITAR_GUARD, Material("#0F93AB", 0.85, 24), PEARL, 0.095, 0.755, 6,
-                       ((0.135, 0.024, 0.18), (0.195, 0.024, 0), (0.255, 0.024, 0)), False, Material("#0B5F70", 0.6, 20)))
+                       ((0.135, 0.024, 0.18), (0.195, 0.024, 0), (0.255, 0.024, 0)), False, Material("#1D2A33", 0.35,
+                                                                                                     16)))
   pen = Pen(canvas)
   paint = cloth(pen, "#3E5560", 1440, 1720)
-  limb(canvas, [(1646, 512), (1684, 590), (1696, 664)], (38, 36, 32), paint)
-  limb(canvas, [(1706, 680), (1686, 646), (1660, 604)], (28, 29, 22), paint)
+  limb(canvas, [(1640, 508), (1676, 590), (1692, 664)], (30, 34, 32), paint)
+  limb(canvas, [(1704, 668), (1686, 642), (1660, 604)], (28, 29, 22), paint)
   scene.paint(canvas, CAMERA)
-  limb(canvas, [(1494, 514), (1446, 636), (1474, 706), (1524, 738)], (38, 34, 28, 19), paint)
+  limb(canvas, [(1504, 508), (1450, 636), (1476, 706), (1524, 738)], (28, 33, 28, 19), paint)
   fist(canvas, 1538, 742, 0.70, GUITAR, turn=44)
   fist(canvas, 1652, 590, 0.70, GUITAR, turn=38)
 
@@ -140,7 +144,8 @@ def hero():
   room.backdrop(soft=2)
 
   with canvas.group(screen=True):
-    canvas.cover(canvas.radial(1320, 420, 560, ((0, mix(CYAN, "#FFFFFF", 0.2), 0.13), (0.5, CYAN, 0.05), (1, CYAN, 0)), squash=0.8))
+    canvas.cover(canvas.radial(1320, 420, 560, ((0, mix(CYAN, "#FFFFFF", 0.2), 0.13), (0.5, CYAN, 0.05),
+                                                (1, CYAN, 0)), squash=0.8))
 
   _left_half(canvas)
   _drummer(canvas)
@@ -151,7 +156,8 @@ def hero():
   _singer(canvas)
 
   with canvas.group(screen=True):
-    canvas.cover(canvas.radial(WIDTH, HEIGHT * 0.4, WIDTH * 0.34, ((0, ORANGE, 0.20), (0.5, ORANGE, 0.06), (1, ORANGE, 0))))
+    canvas.cover(canvas.radial(WIDTH, HEIGHT * 0.4, WIDTH * 0.34, ((0, ORANGE, 0.20), (0.5, ORANGE, 0.06),
+                                                                   (1, ORANGE, 0))))
     canvas.cover(canvas.radial(0, HEIGHT * 0.4, WIDTH * 0.34, ((0, CYAN, 0.16), (0.5, CYAN, 0.05), (1, CYAN, 0))))
 
   canvas.cover(canvas.linear((0, HEIGHT * 0.62), (0, HEIGHT), ((0, COAL, 0), (1, COAL, 0.8))))

@@ -2,7 +2,7 @@
 
 from math import cos, sin
 
-from canvas import Canvas, Picture
+from canvas import Canvas, Picture, num
 from palette import CYAN, ORANGE, mix
 from room import Room, bloom, tile_camera
 from solids import BLACK, CHROME, RUBBER, STEEL, Frame, box, cylinder, plate, rod, round_plate
@@ -11,7 +11,7 @@ from space import Material, Outline, Scene
 IVORY = Material("#E6E6E2", shine=0.25, sharp=14)
 EBONY = Material("#14171B", shine=0.55, sharp=16)
 PANEL = Material("#2B323B", shine=0.35, sharp=10)
-WALNUT = Material("#8A4A26", shine=0.2, sharp=14)
+WALNUT = Material("#8E4A24", shine=0.2, sharp=14, glow=0.32)
 BLACK_AFTER = (0, 1, 3, 4, 5)  # the white keys of an octave that have a black one at their right
 
 
@@ -96,7 +96,8 @@ def keys():
     scene.add(rod(bench.point(x, 0, 0.1), bench.point(x, 0.43, 0.1), 0.014, STEEL), nearer=-0.4)
 
   pedal = Frame((0.08, 0.0, 0.52), turn=-13)
-  scene.add(box(pedal, -0.05, 0, -0.10, 0.05, 0.035, 0.10, BLACK, rim=0.5), box(pedal, -0.028, 0.035, -0.02, 0.028, 0.05, 0.13, CHROME, rim=0.5))
+  scene.add(box(pedal, -0.05, 0, -0.10, 0.05, 0.035, 0.10, BLACK, rim=0.5),
+            box(pedal, -0.028, 0.035, -0.02, 0.028, 0.05, 0.13, CHROME, rim=0.5))
   room.shadow(0, 0.16, 0.75, 0.34, 0.5)
   room.furnish(scene)
   x, y = room.camera.place(top.point(0, 0.27, 0.03))
@@ -107,11 +108,13 @@ def keys():
 
 def _patch_cords(canvas, camera, top):
   """Cords from socket to socket, hanging over the panel."""
-  for (ax, ay), (bx, by), sag, colour in (((0.33, 0.37), (0.53, 0.33), 0.10, ORANGE), ((0.39, 0.40), (0.58, 0.41), 0.07, CYAN),
+  for (ax, ay), (bx, by), sag, colour in (((0.33, 0.37), (0.53, 0.33), 0.10, ORANGE),
+                                          ((0.39, 0.40), (0.58, 0.41), 0.07, CYAN),
                                           ((0.36, 0.31), (0.47, 0.40), 0.06, "#E9EEF0")):
     a, b = camera.place(top.point(ax, ay, 0.05)), camera.place(top.point(bx, by, 0.05))
     drop = sag * camera.scale(top.point(ax, ay))
-    data = (f"M{a[0]:.1f} {a[1]:.1f}C{a[0] + 6:.1f} {a[1] + drop:.1f} {b[0] - 6:.1f} {b[1] + drop:.1f} {b[0]:.1f} {b[1]:.1f}")
+    numbers = (a[0] + 6, a[1] + drop, b[0] - 6, b[1] + drop, b[0], b[1])
+    data = f"M{num(a[0])} {num(a[1])}C" + " ".join(num(number) for number in numbers)
     canvas.stroke(data, "#07090C", 9, opacity=0.7)
     canvas.stroke(data, mix(colour, "#10141A", 0.30), 6)
     canvas.stroke(data, mix(colour, "#FFFFFF", 0.4), 1.6, opacity=0.8)
@@ -126,7 +129,8 @@ def _synth_panel(top, half):
   z = 0.034
   display = (-0.17, 0.29, 0.13, 0.43)
   patches.append(plate(top, *display, Material("#04181F", 0.6, 24), z=z + 0.001, rim=0.5))
-  wave = [(display[0] + 0.012 + i * 0.00467, 0.36 + 0.045 * sin(i * 0.30) * cos(i * 0.045) + 0.012 * sin(i * 0.9)) for i in range(60)]
+  wave = [(display[0] + 0.012 + i * 0.00467, 0.36 + 0.045 * sin(i * 0.30) * cos(i * 0.045) + 0.012 * sin(i * 0.9))
+          for i in range(60)]
   patches.append(Outline([top.point(x, y, z + 0.002) for x, y in wave], CYAN, 0.35, 0.012, False))
   patches.append(Outline([top.point(x, y, z + 0.002) for x, y in wave], "#B8F4FF", 1, 0.0042, False))
 
@@ -150,7 +154,8 @@ def _synth_panel(top, half):
   for i in range(16):
     lit = CYAN if i in (0, 3, 6, 10, 13) else ORANGE if i in (4, 12) else "#55606B"
     x = 0.18 + i * (half - 0.06 - 0.18) / 16
-    patches.append(plate(top, x, 0.222, x + 0.021, 0.252, Material(lit, glow=0.95 if lit != "#55606B" else 0.2), z=z + 0.001))
+    patches.append(plate(top, x, 0.222, x + 0.021, 0.252, Material(lit, glow=0.95 if lit != "#55606B" else 0.2),
+                         z=z + 0.001))
 
   return patches
 
@@ -197,6 +202,6 @@ def synth():
 
 
 PICTURES = (
-  Picture("keys_bg.png", 1152, 768, keys),
-  Picture("synth_bg.png", 1152, 768, synth),
+  Picture("keys_bg.png", 1008, 672, keys),
+  Picture("synth_bg.png", 1008, 672, synth),
 )

@@ -109,7 +109,8 @@ def face_outline(look):
           (-58 * w, 40), (-64 * w, 14), (-68, -14), (-72, -50), (-60, -92), (-38, -108)]
 
 
-def _features(pen, look):
+def features(pen, look):
+  """The face itself: shades, lit planes, nose, closed eyes, mouth."""
   deep = mix(look.skin, SHADE, 0.78)
   ink = mix(look.skin, "#05070B", 0.90)
   warm = add(mix(look.skin, "#FFFFFF", 0.06), ORANGE if pen.sign > 0 else CYAN, 0.20)
@@ -163,11 +164,19 @@ def _eyes(pen, look, ink, deep):
   # The brows.
   b = look.brow
   hair = mix(look.hair_colour, "#05070B", 0.35 if not look.aged else 0.0)
-  pen.fill([(-31, -24), (-14, -33 - b), (8, -34 - b), (25, -29), (24, -25 + b), (8, -28 + 2 * b), (-13, -27 + 1.6 * b)], hair)
+  pen.fill([(-31, -24), (-14, -33 - b), (8, -34 - b), (25, -29), (24, -25 + b), (8, -28 + 2 * b),
+            (-13, -27 + 1.6 * b)], hair)
   pen.fill([(41, -29), (53, -34 - b), (64, -32), (72, -25), (63, -27 + b), (53, -28 + 1.6 * b), (42, -25 + b)], hair)
 
 
 def _mouth(pen, look, ink, deep):
+  with pen.canvas.group(transform=f"translate({-3 * pen.sign} 0)"):
+    _lips(pen, look, ink)
+
+  pen.soft([(2, 62), (7, 63), (7, 68), (3, 68)], deep, 1.5, 0.5)
+
+
+def _lips(pen, look, ink):
   f = look.fullness
   upper = mix(look.lips, SHADE, 0.48)
   lower = mix(look.lips, SHADE, 0.26)
@@ -175,36 +184,8 @@ def _mouth(pen, look, ink, deep):
             (48, 68), (38, 68), (24, 68)], upper)
   pen.fill([(11, 66.5), (24, 68), (38, 68), (49, 68), (58, 66.5), (52, 74 + 2 * f), (40, 77 + 4 * f), (26, 76 + 3 * f),
             (17, 72 + f)], lower)
-  pen.line([(7, 63.5), (20, 67), (37, 67.4), (50, 67), (61, 63.5)], ink, 2.2)
+  pen.line([(7, 63.5), (20, 67), (37, 67.4), (50, 66.6), (59, 64)], ink, 2.2)
   pen.soft([(36, 72), (44, 71.5), (48, 73), (43, 75.5), (37, 75.5)], mix(lower, "#FFFFFF", 0.30), 1.6, 0.5)
-  pen.soft([(4, 63), (9, 64), (9, 70), (5, 70)], deep, 1.5, 0.5)
-
-
-def head(pen, look, wear_phones=True):
-  """A whole head with its hair, beard and headphones; the neck belongs to the body."""
-  import hair  # it needs what is defined above
-  canvas = pen.canvas
-  data = pen.curve(face_outline(look))
-
-  if wear_phones:
-    headphones_far(pen, look)
-
-  lit(canvas, data, skin_paint(pen, look, -74, 76), depth=8, blur=4, cyan=0.6, orange=0.6)
-
-  with canvas.group(clip=canvas.clip(data)):
-    _features(pen, look)
-
-  hair.beard(pen, look)
-  hair.front(pen, look)
-
-  if look.glasses:
-    glasses(pen)
-
-  if wear_phones:
-    headphones_near(pen, look)
-
-  if look.earring:
-    canvas.stroke(pen.curve([(-55, 42), (-47, 50), (-48, 62), (-56, 67), (-63, 60), (-63, 49)]), "#E8C277", 3.2)
 
 
 def glasses(pen):
@@ -255,9 +236,11 @@ def headphones_near(pen, look):
   with canvas.group(mask=fade):
     _band(pen, look)
 
-  cup = pen.curve([(-62, -40), (-44, -34), (-35, -8), (-37, 18), (-50, 36), (-68, 37), (-80, 22), (-84, -4), (-78, -30)])
+  cup = pen.curve([(-62, -40), (-44, -34), (-35, -8), (-37, 18), (-50, 36), (-68, 37), (-80, 22), (-84, -4),
+                   (-78, -30)])
   lit(canvas, cup, mix(look.phones, "#000000", 0.35), depth=5, blur=2.5)
-  plate = pen.curve([(-66, -31), (-54, -26), (-48, -6), (-49, 14), (-58, 27), (-70, 27), (-78, 14), (-80, -6), (-76, -24)])
+  plate = pen.curve([(-66, -31), (-54, -26), (-48, -6), (-49, 14), (-58, 27), (-70, 27), (-78, 14), (-80, -6),
+                     (-76, -24)])
   lit(canvas, plate, mix(look.phones, "#FFFFFF", 0.10), depth=4, blur=2)
   ring = pen.curve([(-65, -16), (-58, -12), (-55, 0), (-58, 11), (-66, 14), (-72, 8), (-74, -3), (-71, -13)])
   canvas.stroke(ring, CYAN if pen.sign > 0 else ORANGE, 2.2, opacity=0.9)
@@ -265,4 +248,4 @@ def headphones_near(pen, look):
 
 def hairline_height(look):
   """How high the band of the headphones must pass over the hair."""
-  return {"afro": -140, "wrap": -140, "bald": -120, "fade": -126, "scarf": -132, "cap": -130}.get(look.hair, -131)
+  return {"afro": -140, "wrap": -140, "fade": -126, "scarf": -132, "cap": -130}.get(look.hair, -131)

@@ -46,18 +46,21 @@ def _display(frame, half, height, phase):
       end = min(x + length, half - 0.02)
 
       if (row + k * 2 + phase) % 5 and end > x:
-        patches.append(plate(frame, x, y, end, y + height / rows * 0.62, Material(between(row / (rows - 1)), glow=0.62), z=0.002))
+        patches.append(plate(frame, x, y, end, y + height / rows * 0.62, Material(between(row / (rows - 1)),
+                                                                                  glow=0.62), z=0.002))
 
       x = end + 0.012
 
-  patches.append(Outline([frame.point(0.1 * half, 0, 0.004), frame.point(0.1 * half, height, 0.004)], "#FFFFFF", 0.9, 0.006, False))
+  patches.append(Outline([frame.point(0.1 * half, 0, 0.004), frame.point(0.1 * half, height, 0.004)], "#FFFFFF", 0.9,
+                         0.006, False))
   return patches
 
 
 def _finish(canvas):
   with canvas.group(screen=True):
     canvas.cover(canvas.radial(0, HEIGHT * 0.42, WIDTH * 0.5, ((0, CYAN, 0.20), (0.5, CYAN, 0.06), (1, CYAN, 0))))
-    canvas.cover(canvas.radial(WIDTH, HEIGHT * 0.42, WIDTH * 0.5, ((0, ORANGE, 0.20), (0.5, ORANGE, 0.06), (1, ORANGE, 0))))
+    canvas.cover(canvas.radial(WIDTH, HEIGHT * 0.42, WIDTH * 0.5, ((0, ORANGE, 0.20), (0.5, ORANGE, 0.06),
+                                                                   (1, ORANGE, 0))))
 
   canvas.cover(canvas.linear((0, HEIGHT * 0.55), (0, HEIGHT), ((0, COAL, 0), (1, COAL, 0.85))))
   canvas.cover(canvas.linear((0, 0), (0, HEIGHT * 0.3), ((0, COAL, 0.55), (1, COAL, 0))))
@@ -90,7 +93,8 @@ def male_producer():
 
   camera = Camera((0, 1.38, 3.2), (0, 1.30, 0), 1330, (WIDTH / 2, HEIGHT * 0.48))
   canvas, _ = _studio(camera, 2.2, furnish)
-  look = Look("#7A4A30", "#15100E", "fade", beard="short", brow=1.5, jaw=1.08, nose=1.5, fullness=1.5, lips="#7C4038", phones="#262C33")
+  look = Look("#7A4A30", "#15100E", "fade", beard="short", brow=1.5, jaw=1.08, nose=1.5, fullness=1.5, lips="#7C4038",
+              phones="#262C33")
   bust(canvas, 616, 300, 1.44, look, Dress("hoodie", "#4A525C"), turn=4)
   bar(canvas, (1216, 330), (905, 470), 17)
   canvas.disc(905, 470, 15, "#20262D")
@@ -111,7 +115,8 @@ def female_producer():
 
   camera = Camera((0, 1.38, 3.2), (0, 1.30, 0), 1330, (WIDTH / 2, HEIGHT * 0.48))
   canvas, _ = _studio(camera, 2.2, furnish)
-  look = Look("#6B4029", "#14100E", "afro", lashes=1.5, build=0.84, nose=1.35, fullness=1.7, lips="#8A3A42", earring=True, phones="#2A3038")
+  look = Look("#6B4029", "#14100E", "afro", lashes=1.5, build=0.84, nose=1.35, fullness=1.7, lips="#8A3A42",
+              earring=True, phones="#2A3038")
   bust(canvas, 680, 322, 1.36, look, Dress("turtleneck", "#A4592A"), left=True, turn=-5)
   return _finish(canvas)
 
@@ -119,5 +124,5 @@ def female_producer():
 PICTURES = (
   Picture("fictional_producer_preview.png", WIDTH, HEIGHT, producer, palette=False),
   Picture("fictional_black_male_producer_preview.png", WIDTH, HEIGHT, male_producer, palette=False),
-  Picture("fictional_black_female_producer_preview.png", WIDTH, HEIGHT, female_producer),
+  Picture("fictional_black_female_producer_preview.png", WIDTH, HEIGHT, female_producer, palette=False),
 )

@@ -6,11 +6,13 @@ from people import lit
 
 
 def _capsule(x, y, width, height, radius):
+  """The path of an upright shape with round corners around (x, y)."""
   left, right, top, bottom = x - width / 2, x + width / 2, y - height / 2, y + height / 2
-  return (f"M{left + radius:.1f} {top:.1f}L{right - radius:.1f} {top:.1f}Q{right:.1f} {top:.1f} {right:.1f} {top + radius:.1f}"
-          f"L{right:.1f} {bottom - radius:.1f}Q{right:.1f} {bottom:.1f} {right - radius:.1f} {bottom:.1f}"
-          f"L{left + radius:.1f} {bottom:.1f}Q{left:.1f} {bottom:.1f} {left:.1f} {bottom - radius:.1f}"
-          f"L{left:.1f} {top + radius:.1f}Q{left:.1f} {top:.1f} {left + radius:.1f} {top:.1f}Z")
+  r = radius
+  return " ".join(str(part) for part in (
+    "M", left + r, top, "L", right - r, top, "Q", right, top, right, top + r, "L", right, bottom - r,
+    "Q", right, bottom, right - r, bottom, "L", left + r, bottom, "Q", left, bottom, left, bottom - r,
+    "L", left, top + r, "Q", left, top, left + r, top, "Z"))
 
 
 def bar(canvas, start, end, width):
@@ -24,7 +26,8 @@ def bar(canvas, start, end, width):
     ux, uy = -ux, -uy
 
   def strip(low, high):
-    return polygon_path([(ax + ux * low, ay + uy * low), (bx + ux * low, by + uy * low), (bx + ux * high, by + uy * high),
+    return polygon_path([(ax + ux * low, ay + uy * low), (bx + ux * low, by + uy * low),
+                         (bx + ux * high, by + uy * high),
                          (ax + ux * high, ay + uy * high)])
 
   canvas.path(strip(-width / 2, width / 2), "#161B21")
@@ -51,7 +54,8 @@ def studio_microphone(canvas, x, y, scale, turn=0):
     canvas.stroke("M60 24L60 112", ORANGE, 2, opacity=0.8)
 
     for side in (-1, 1):
-      canvas.stroke(f"M{side * 58} 36L{side * 36} 62M{side * 58} 62L{side * 36} 36M{side * 58} 96L{side * 36} 84", "#59636E", 2.4)
+      canvas.stroke(f"M{side * 58} 36L{side * 36} 62M{side * 58} 62L{side * 36} 36M{side * 58} 96L{side * 36} 84",
+                    "#59636E", 2.4)
 
     canvas.disc(0, 80, 5, CYAN)
     canvas.rect(-9, 110, 18, 30, "#171C22", radius=3)

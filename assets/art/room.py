@@ -151,7 +151,7 @@ class Room:
 
   def shadow(self, x, z, across, along, strength=0.75):
     """The dark that a thing leaves on the floor where it stands."""
-    px, py = self.camera.place((x, 0, z))
+    px = self.camera.place((x, 0, z))[0]
     scale = self.camera.scale((x, 0, z))
     low = self.camera.place((x, 0, z + along))[1]
     high = self.camera.place((x, 0, z - along))[1]

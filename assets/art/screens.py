@@ -29,7 +29,8 @@ class Display:
 
   def line(self, points, colour, width, opacity=1.0):
     """A line of light."""
-    self.patches.append(Outline([self.frame.point(*self.at(x, y), 0.004) for x, y in points], colour, opacity, width, False))
+    self.patches.append(Outline([self.frame.point(*self.at(x, y), 0.004) for x, y in points], colour, opacity, width,
+                                False))
 
   def ring(self, x, y, radius, colour, width, start=0.0, end=1.0):
     """A part of a circle, clockwise from the top; `radius` is in widths of the display."""
@@ -99,7 +100,8 @@ def mixer(display):
       cx = x + (pitch - 0.007) / 2
       display.disc(cx, y, 0.0125, RAISED)
       display.ring(cx, y, 0.0145, LINE, 0.0045, -0.36, 0.36)
-      display.ring(cx, y, 0.0145, colour if k else "#C9D3DB", 0.0045, -0.36, -0.36 + 0.72 * (0.25 + 0.13 * ((i * 5 + k * 3) % 6)))
+      display.ring(cx, y, 0.0145, colour if k else "#C9D3DB", 0.0045, -0.36,
+                   -0.36 + 0.72 * (0.25 + 0.13 * ((i * 5 + k * 3) % 6)))
 
     # The fader in its slot, and the meter beside it.
     low, high = 0.900, 0.430
@@ -112,15 +114,19 @@ def mixer(display):
     for k in range(steps):
       share = k / (steps - 1)
       lit = share < levels[i]
-      tone = (CYAN if share < 0.62 else mix(CYAN, "#F3E8DA", (share - 0.62) / 0.16) if share < 0.78 else ORANGE) if lit else "#1F2831"
+      tone = (CYAN if share < 0.62 else mix(CYAN, "#F3E8DA",
+                                            (share - 0.62) / 0.16) if share < 0.78 else ORANGE) if lit else "#1F2831"
       for side in (0, 1):
         if side and lit and share > levels[i] - 0.05:
           tone = "#1F2831"
-        display.rect(x + 0.040 + side * 0.009, low - (low - high) * (k + 0.86) / steps, 0.007, (low - high) / steps * 0.66, tone)
+        display.rect(x + 0.040 + side * 0.009, low - (low - high) * (k + 0.86) / steps, 0.007,
+                     (low - high) / steps * 0.66, tone)
 
-    display.rect(x + 0.006, 0.922, (pitch - 0.019) / 2 - 0.002, 0.034, mix(ORANGE, PANEL, 0.25) if i in (4, 10) else RAISED)
-    display.rect(x + 0.006 + (pitch - 0.019) / 2 + 0.002, 0.922, (pitch - 0.019) / 2 - 0.002, 0.034,
-                 mix(CYAN, PANEL, 0.25) if i in (1, 7) else RAISED)
+    half = (pitch - 0.019) / 2
+
+    for side, on, colour in ((0, i in (4, 10), ORANGE), (1, i in (1, 7), CYAN)):
+      tone = mix(colour, PANEL, 0.25) if on else RAISED
+      display.rect(x + 0.006 + side * (half + 0.002), 0.922, half - 0.002, 0.034, tone)
 
   x = 0.012 + 12 * pitch + 0.006
   display.rect(x, 0.105, 1 - x - 0.012, 0.875, RAISED)
@@ -131,7 +137,8 @@ def mixer(display):
   for side in (0, 1):
     for k in range(34):
       share = k / 33
-      tone = ("#1F2831" if share > 0.80 - side * 0.04 else CYAN if share < 0.6 else mix(CYAN, "#F3E8DA", (share - 0.6) / 0.14)
+      tone = ("#1F2831" if share > 0.80 - side * 0.04 else CYAN if share < 0.6 else mix(CYAN, "#F3E8DA",
+                                                                                        (share - 0.6) / 0.14)
               if share < 0.74 else ORANGE)
       display.rect(x + 0.072 + side * 0.026, 0.940 - 0.56 * (k + 0.8) / 34, 0.020, 0.0112, tone)
 
@@ -171,8 +178,8 @@ def stage_view(display):
   for row in range(4):
     for i in range(4):
       lit = (row * 3 + i * 5) % 7
-      colour = between(((row * 4 + i) % 8) / 7) if lit in (0, 2, 5) else RAISED
-      display.rect(0.730 + i * 0.065, 0.110 + row * 0.124, 0.058, 0.108, colour if colour == RAISED else mix(colour, PANEL, 0.15))
+      colour = mix(between(((row * 4 + i) % 8) / 7), PANEL, 0.15) if lit in (0, 2, 5) else RAISED
+      display.rect(0.730 + i * 0.065, 0.110 + row * 0.124, 0.058, 0.108, colour)
 
   display.rect(0.240, 0.625, 0.748, 0.355, PANEL)
 

@@ -43,7 +43,7 @@ def _spectra(screen, half, bottom, top):
     colour = mix(ORANGE, CYAN, min(1, near * 1.25))
     patches.append(Fill(points))
     patches.append(Outline(points, colour, 0.28, 0.011, False))
-    patches.append(Outline(points, mix(colour, "#FFFFFF", 0.45), 0.55 + 0.45 * near, 0.0030, False))
+    patches.append(Outline(points, mix(colour, "#FFFFFF", 0.12), 0.55 + 0.45 * near, 0.0040, False))
 
   return patches
 
@@ -84,7 +84,8 @@ def _surface(frame):
       lit = (row * 5 + i * 3) % 7
       colour = CYAN if lit in (0, 3) else ORANGE if lit == 5 else "#46505B"
       x, y = -0.43 + i * 0.060, 0.03 + row * 0.078
-      patches.append(plate(frame, x, y, x + 0.048, y + 0.062, Material(colour, 0.3, 8, glow=0.9 if lit in (0, 3, 5) else 0.0), z=0.006, rim=0.4))
+      light = Material(colour, 0.3, 8, glow=0.9 if lit in (0, 3, 5) else 0.0)
+      patches.append(plate(frame, x, y, x + 0.048, y + 0.062, light, z=0.006, rim=0.4))
 
   for i in range(4):
     patches += knob(frame, -0.01 + i * 0.075, 0.225, 0.022, 0.0, (CYAN, ORANGE)[i % 2], angle=i * 0.9 - 1.2)
@@ -129,9 +130,11 @@ def sound_designer():
 
   for i in range(7):
     x = -half + 0.06 + i * 0.075
-    patches.append(plate(screen, x, high - 0.045, x + 0.055, high - 0.022, Material(CYAN if i == 1 else "#17343F", glow=0.9), z=0.003))
+    patches.append(plate(screen, x, high - 0.045, x + 0.055, high - 0.022, Material(CYAN if i == 1 else "#17343F",
+                                                                                    glow=0.9), z=0.003))
 
-  patches.append(plate(screen, half - 0.18, high - 0.045, half - 0.05, high - 0.022, Material(ORANGE, glow=0.9), z=0.003))
+  patches.append(plate(screen, half - 0.18, high - 0.045, half - 0.05, high - 0.022, Material(ORANGE, glow=0.9),
+                       z=0.003))
   scene.add(patches, nearer=0.4)
   scene.add(_surface(Frame((0, 0.595, 0.44), lean=66)), nearer=0.8)
   room.shadow(0, 0.1, 1.15, 0.40, 0.5)
@@ -143,5 +146,5 @@ def sound_designer():
 
 
 PICTURES = (
-  Picture("sound_designer_bg.png", 1152, 768, sound_designer),
+  Picture("sound_designer_bg.png", 1008, 672, sound_designer),
 )

@@ -56,7 +56,8 @@ def instrument(frame, k, outline, guard, lacquer, guard_material, bridge, nut, s
 
   # The head with its pegs.
   head = spline(_scaled(((-0.026, nut), (0.026, nut), (0.030, nut + 0.04), (0.033, nut + 0.11), (0.052, nut + 0.165),
-                         (0.030, nut + 0.195), (-0.012, nut + 0.172), (-0.046, nut + 0.115), (-0.040, nut + 0.035)), k), 5)
+                         (0.030, nut + 0.195), (-0.012, nut + 0.172), (-0.046, nut + 0.115), (-0.040,
+                                                                                              nut + 0.035)), k), 5)
   patches += extruded(frame, head, 0.014 * k, MAPLE, head_material, rim=0.5)
 
   for i in range(string_count):
@@ -68,7 +69,8 @@ def instrument(frame, k, outline, guard, lacquer, guard_material, bridge, nut, s
     patches.append(round_plate(frame, side * 0.020 * k, y, 0.0075 * k, CHROME, z=0.004, count=16))
 
   for y, height, lean in pickups:
-    patches += box(frame, -0.046 * k, y * k - height * k / 2, 0, 0.046 * k, y * k + height * k / 2, 0.010, BLACK, rim=0.3)
+    patches += box(frame, -0.046 * k, y * k - height * k / 2, 0, 0.046 * k, y * k + height * k / 2, 0.010, BLACK,
+                   rim=0.3)
 
     for i in range(string_count):
       x = (-0.034 + 0.068 * i / (string_count - 1)) * k
@@ -96,7 +98,8 @@ def _stand(scene, frame, k):
     scene.add(rod((x + side * 0.19, 0.014, z + 0.16), (x + side * 0.03, 0.36, z - 0.12), 0.012, STEEL), nearer=-0.3)
     hook = frame.point(side * 0.085 * k, -0.008 * k, -0.05)
     scene.add(rod(hook, plus(hook, frame.z, 0.10), 0.012, RUBBER), nearer=0.5)
-    scene.add(rod(plus(hook, frame.z, 0.095), plus(plus(hook, frame.z, 0.095), frame.y, 0.045), 0.012, RUBBER), nearer=0.6)
+    scene.add(rod(plus(hook, frame.z, 0.095), plus(plus(hook, frame.z, 0.095), frame.y, 0.045), 0.012, RUBBER),
+              nearer=0.6)
 
   scene.add(rod((x, 0.014, z - 0.34), (x, 0.42, z - 0.13), 0.012, STEEL), nearer=-0.3)
   scene.add(rod((x - 0.10, 0.2, z - 0.03), (x + 0.10, 0.2, z - 0.03), 0.012, STEEL), nearer=-0.2)
@@ -104,7 +107,8 @@ def _stand(scene, frame, k):
 
 def _speaker(frame, x, y, radius, z):
   """A loudspeaker behind its cloth: rings that the light just finds."""
-  tones = (("#14181D", 1.0), ("#2C333B", 0.94), ("#1B2026", 0.88), ("#272D35", 0.60), ("#30373F", 0.34), ("#20252C", 0.30))
+  tones = (("#14181D", 1.0), ("#2C333B", 0.94), ("#1B2026", 0.88), ("#272D35", 0.60), ("#30373F", 0.34),
+           ("#20252C", 0.30))
   return [round_plate(frame, x, y, radius * share, Material(colour, 0.12, 6), z=z + 0.0006 * i)
           for i, (colour, share) in enumerate(tones)]
 
@@ -123,21 +127,25 @@ def _cabinet(frame, width, height, depth, speakers, panel=0.0):
 
   for i in range(1, 30):
     y = edge + (top - edge) * i / 30
-    patches.append(Outline([frame.point(-half + edge, y, 0.006), frame.point(half - edge, y, 0.006)], "#0A0C0F", 0.30, 0.0022, False))
+    patches.append(Outline([frame.point(-half + edge, y, 0.006), frame.point(half - edge, y, 0.006)], "#0A0C0F", 0.30,
+                           0.0022, False))
 
-  corners = [frame.point(x, y, 0.007) for x, y in ((-half + edge, edge), (half - edge, edge), (half - edge, top), (-half + edge, top))]
+  corners = [frame.point(x, y, 0.007) for x, y in ((-half + edge, edge), (half - edge, edge), (half - edge, top),
+                                                   (-half + edge, top))]
   patches.append(Outline(corners, "#8C98A4", 0.5, 0.004))
 
   if panel:
     low = height - edge * 0.6 - panel
-    patches.append(plate(frame, -half + edge, low, half - edge, low + panel, Material("#39424C", 0.7, 14), z=0.004, rim=0.5))
+    patches.append(plate(frame, -half + edge, low, half - edge, low + panel, Material("#39424C", 0.7, 14), z=0.004,
+                         rim=0.5))
 
     for i in range(7):
       x = -half + edge + (width - 2 * edge) * (i + 0.7) / 8.6
       patches.append(round_plate(frame, x, low + panel / 2, panel * 0.30, BLACK, z=0.006, rim=0.6, count=24))
       patches.append(plate(frame, x - 0.002, low + panel * 0.52, x + 0.002, low + panel * 0.78, PEARL, z=0.008))
 
-    patches.append(round_plate(frame, half - edge - panel * 0.5, low + panel / 2, panel * 0.20, JEWEL, z=0.006, count=20))
+    patches.append(round_plate(frame, half - edge - panel * 0.5, low + panel / 2, panel * 0.20, JEWEL, z=0.006,
+                               count=20))
 
   for side in (-1, 1):
     for y in (0, height):
@@ -169,13 +177,16 @@ def guitar():
   scene.add(box(amp, -0.13, 0.78, -0.20, 0.13, 0.815, -0.15, RUBBER), nearer=-0.3)
   body = Frame((-0.38, 0.16, 0.30), turn=16, lean=13, roll=-5)
   k = 1.42
-  scene.add(instrument(body, k, GUITAR_BODY, GUITAR_GUARD, Material("#12A0B8", shine=0.85, sharp=24), PEARL, 0.095,
-                        0.755, 6, ((0.135, 0.024, 0.18), (0.195, 0.024, 0), (0.255, 0.024, 0)), False, MAPLE), nearer=0.4)
+  scene.add(instrument(body, k, GUITAR_BODY, GUITAR_GUARD, Material("#12A0B8", shine=0.7, sharp=24, glow=0.2), PEARL,
+                       0.095,
+                        0.755, 6, ((0.135, 0.024, 0.18), (0.195, 0.024, 0),
+                                   (0.255, 0.024, 0)), False, MAPLE), nearer=0.4)
   _stand(scene, body, k)
   room.shadow(0.42, -0.50, 0.50, 0.28)
   room.shadow(-0.38, 0.22, 0.30, 0.20, 0.7)
   room.furnish(scene)
-  _cable(canvas, camera, ((-0.20, 0.32), (-0.02, 0.55), (0.26, 0.62), (0.34, 0.40), (0.62, 0.34), (0.76, 0.02), (0.78, -0.34)), ORANGE)
+  _cable(canvas, camera, ((-0.20, 0.32), (-0.02, 0.55), (0.26, 0.62), (0.34, 0.40), (0.62, 0.34), (0.76, 0.02),
+                          (0.78, -0.34)), ORANGE)
   x, y = camera.place(amp.point(0.38, 0.716, 0.01))
   bloom(canvas, x, y, 60, ORANGE, 0.7)
   room.finish()
@@ -190,19 +201,22 @@ def bass():
   room.backdrop()
   scene = Scene()
   cabinet = Frame((-0.44, 0.03, -0.44), turn=14)
-  scene.add(_cabinet(cabinet, 0.82, 0.86, 0.38, [(x, y, 0.160) for x in (-0.19, 0.19) for y in (0.24, 0.62)]), nearer=-0.5)
+  scene.add(_cabinet(cabinet, 0.82, 0.86, 0.38, [(x, y, 0.160) for x in (-0.19, 0.19) for y in (0.24, 0.62)]),
+            nearer=-0.5)
   head = cabinet.moved(0, 0.875, -0.02)
   scene.add(_cabinet(head, 0.76, 0.20, 0.30, (), panel=0.13), nearer=-0.4)
   body = Frame((0.40, 0.15, 0.34), turn=-16, lean=13, roll=5)
   k = 1.24
-  scene.add(instrument(body, k, BASS_BODY, BASS_GUARD, Material("#D2601E", shine=0.85, sharp=24),
-                        Material("#1A1E24", 0.5, 20), 0.085, 0.945, 4, ((0.165, 0.03, 0), (0.262, 0.03, 0)), True, BLACK),
+  scene.add(instrument(body, k, BASS_BODY, BASS_GUARD, Material("#DB5A1A", shine=0.6, sharp=24, glow=0.42),
+                        Material("#1A1E24", 0.5, 20), 0.085, 0.945, 4, ((0.165, 0.03, 0),
+                                                                        (0.262, 0.03, 0)), True, BLACK),
             nearer=0.4)
   _stand(scene, body, k)
   room.shadow(-0.44, -0.54, 0.46, 0.28)
   room.shadow(0.40, 0.26, 0.30, 0.20, 0.7)
   room.furnish(scene)
-  _cable(canvas, camera, ((0.24, 0.36), (0.06, 0.58), (-0.22, 0.62), (-0.34, 0.42), (-0.60, 0.36), (-0.80, 0.04), (-0.82, -0.3)), CYAN)
+  _cable(canvas, camera, ((0.24, 0.36), (0.06, 0.58), (-0.22, 0.62), (-0.34, 0.42), (-0.60, 0.36), (-0.80, 0.04),
+                          (-0.82, -0.3)), CYAN)
   x, y = camera.place(head.point(0.305, 0.114, 0.01))
   bloom(canvas, x, y, 60, ORANGE, 0.7)
   room.finish()
@@ -210,6 +224,6 @@ def bass():
 
 
 PICTURES = (
-  Picture("bass_bg.png", 1152, 768, bass),
-  Picture("guitar_bg.png", 1152, 768, guitar),
+  Picture("bass_bg.png", 1008, 672, bass),
+  Picture("guitar_bg.png", 1008, 672, guitar),
 )

@@ -119,12 +119,11 @@ GType typeOfService()
 class Conversation
 {
 public:
-    Conversation() { deadline.startThread(); }
-
-    /** Finds the service and every entry of the Hub's name; false when something failed. */
+    /** Finds the service and every entry of the Hub's name; false when something failed. To be called first, once. */
     bool open()
     {
-        return connect() && openService() && search();
+        // Nothing is asked that could not be ended.
+        return (deadline.startThread() || fail (EIO)) && connect() && openService() && search();
     }
 
     const std::vector<Owned<SecretItem>>& entries() const { return items; }
@@ -188,7 +187,7 @@ private:
             return true;
 
         // Whatever is wrong with the way to the bus: no service is to be had.
-        return fail (deadline.hasExpired() ? ETIMEDOUT : ENOTCONN);
+        return fail (ENOTCONN);
     }
 
     bool openService()
@@ -261,14 +260,16 @@ private:
             return false;
 
         const std::unique_ptr<GError, FreeError> error (std::exchange (pendingError, nullptr));
-        deadline.stop();
-        fail (deadline.hasExpired() ? ETIMEDOUT : errnoFor (*error));
+        fail (errnoFor (*error));
         return true;
     }
 
+    /** Notes what went wrong, which is the deadline's doing once that has passed: the library leaves no error where only an entry's
+        secret did not come. */
     bool fail (int number)
     {
-        errorNumber = number;
+        deadline.stop();
+        errorNumber = deadline.hasExpired() ? ETIMEDOUT : number;
         return false;
     }
 

@@ -1,13 +1,11 @@
 #include "ui/SettingsPage.h"
 
-#include "app/HubPaths.h"
 #include "app/HubSettings.h"
 #include "platform/SecureMemory.h"
 #include "support/Text.h"
 #include "ui/HubPalette.h"
 #include "ui/SettingsPageLayout.h"
 #include "ui/SpaceKey.h"
-#include "ui/TextPainting.h"
 
 namespace
 {
@@ -15,6 +13,15 @@ void call (const std::function<void()>& callback)
 {
     if (callback != nullptr)
         callback();
+}
+
+/** A control that is disabled while it has the focus hands it to the one before: with the focus nowhere, Tab does nothing. */
+void setEnabledKeepingFocus (juce::Component& control, bool shouldBeEnabled)
+{
+    if (! shouldBeEnabled && control.hasKeyboardFocus (false))
+        control.moveKeyboardFocusToSibling (false);
+
+    control.setEnabled (shouldBeEnabled);
 }
 }
 
@@ -51,7 +58,7 @@ void SettingsPage::refreshKeyState()
     if (! hasKey)
         keyStatusLabel.setText ("No API key stored in ZORVA Hub.", juce::dontSendNotification);
 
-    deleteKeyButton.setEnabled (hasKey);
+    setEnabledKeepingFocus (deleteKeyButton, hasKey);
     apiKeyEditor.setTextToShowWhenEmpty (hasKey ? utf8 ("\xe2\x80\xa2\xe2\x80\xa2\xe2\x80\xa2\xe2\x80\xa2 stored \xe2\x80\x94 enter a new key to replace")
                                                 : juce::String ("Paste an OpenAI API key"),
                                          HubPalette::textSecondary);
@@ -60,10 +67,16 @@ void SettingsPage::refreshKeyState()
 
 void SettingsPage::setKeyControlsEnabled (bool shouldBeEnabled)
 {
+    // The page takes the focus from the one that had it, and keeps it for the test's button, unless it moves on meanwhile.
+    setWantsKeyboardFocus (true);
     saveKeyButton.setEnabled (shouldBeEnabled);
     testKeyButton.setEnabled (shouldBeEnabled);
     deleteKeyButton.setEnabled (shouldBeEnabled && credentialStore.hasKey());
     apiKeyEditor.setEnabled (shouldBeEnabled);
+    setWantsKeyboardFocus (false);
+
+    if (shouldBeEnabled && hasKeyboardFocus (false))
+        testKeyButton.grabKeyboardFocus();
 }
 
 void SettingsPage::wipeKeyEditor()
@@ -176,7 +189,7 @@ void SettingsPage::resetManifestUrl()
 void SettingsPage::updateResetButton()
 {
     const bool isDefault = HubSettings::isDefaultManifestUrl (settings);
-    resetManifestButton.setEnabled (! isDefault);
+    setEnabledKeepingFocus (resetManifestButton, ! isDefault);
     resetManifestButton.setTooltip (isDefault ? "Already using the default manifest URL" : "");
 }
 
@@ -228,4 +241,9 @@ void SettingsPage::resized()
     clearCacheToggle.setBounds (layout.clearCache);
     clearAllCacheButton.setBounds (layout.clearAllCache);
     checkUpdatesButton.setBounds (layout.checkUpdates);
+
+    // What a low window leaves no room for is no place for the focus.
+    for (auto* child : getChildren())
+        if (dynamic_cast<juce::Label*> (child) == nullptr)
+            child->setWantsKeyboardFocus (! child->getBounds().isEmpty());
 }

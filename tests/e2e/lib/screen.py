@@ -121,7 +121,7 @@ class Screen:
             raise RuntimeError("Xvfb did not start")
         os.environ["DISPLAY"] = f":{number}"
         self._manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False), "the window manager")
+        wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False), "the window manager", 60)
 
     def _start_server(self, number: int) -> bool:
         """Starts Xvfb under this number. False when it is taken."""

@@ -1,33 +1,13 @@
 #include "creator/ImageRules.h"
 #include "support/Files.h"
+#include "support/PictureBuilder.h"
 
 #include <gtest/gtest.h>
-#include <juce_graphics/juce_graphics.h>
 #include <sys/stat.h>
 
 namespace
 {
 using namespace zorva::test;
-
-std::string big32 (juce::uint32 value) { return { (char) (value >> 24), (char) (value >> 16), (char) (value >> 8), (char) value }; }
-std::string big16 (int value) { return { (char) (value >> 8), (char) value }; }
-
-/** The first bytes of a PNG that announces a size. */
-std::string pngHeader (juce::uint32 width, juce::uint32 height)
-{
-    return "\x89PNG\r\n\x1a\n" + big32 (13) + "IHDR" + big32 (width) + big32 (height);
-}
-
-std::string jpegSegment (int code, const std::string& content)
-{
-    return std::string { (char) 0xff, (char) code } + big16 ((int) content.size() + 2) + content;
-}
-
-/** A JPEG up to its frame header, with other segments before it. */
-std::string jpegHeader (int width, int height, int code = 0xc0, const std::string& before = {})
-{
-    return "\xff\xd8" + before + jpegSegment (code, std::string (1, 8) + big16 (height) + big16 (width) + std::string (10, 1)) + std::string (16, 0);
-}
 
 bool accepts (const std::string& bytes)
 {
@@ -37,15 +17,10 @@ bool accepts (const std::string& bytes)
     return fromMemory;
 }
 
-juce::File picture (const juce::String& name, int width = 8, int height = 8, bool asJpeg = false)
+juce::File picture (const juce::String& name)
 {
-    const auto file = freshFolder ("pictures " + name).getChildFile (name);
-    const juce::Image image (juce::Image::RGB, width, height, true);
-    juce::FileOutputStream out (file);
-    juce::PNGImageFormat png;
-    juce::JPEGImageFormat jpeg;
-    EXPECT_TRUE (asJpeg ? jpeg.writeImageToStream (image, out) : png.writeImageToStream (image, out));
-    return file;
+    const auto isPng = name.endsWithIgnoreCase (".png");
+    return writeBytes (in (freshFolder ("pictures " + name), name), isPng ? blankPng (8, 8) : blankJpeg (8, 8));
 }
 }
 
@@ -125,8 +100,8 @@ TEST (ImageRules, PngAndJpegFilesPass)
     EXPECT_TRUE (isAcceptableProfileImage ({})) << "an empty path";
     EXPECT_TRUE (isAcceptableProfileImage (picture ("a.png").getFullPathName()));
     EXPECT_TRUE (isAcceptableProfileImage (picture ("A.PNG").getFullPathName()));
-    EXPECT_TRUE (isAcceptableProfileImage (picture ("a.jpg", 8, 8, true).getFullPathName()));
-    EXPECT_TRUE (isAcceptableProfileImage (picture ("a.jpeg", 8, 8, true).getFullPathName()));
+    EXPECT_TRUE (isAcceptableProfileImage (picture ("a.jpg").getFullPathName()));
+    EXPECT_TRUE (isAcceptableProfileImage (picture ("a.jpeg").getFullPathName()));
 }
 
 TEST (ImageRules, OtherPathsFail)
@@ -164,7 +139,7 @@ TEST (ImageRules, SizeAndContentDecide)
     EXPECT_FALSE (isAcceptableProfileImage (writeBytes (in (folder, "header.png"), pngHeader (8, 8)).getFullPathName())) << "does not decode";
     EXPECT_FALSE (isAcceptableProfileImage (writeBytes (in (folder, "text.png"), "not a picture").getFullPathName()));
 
-    auto bytes = read (picture ("big.png"));
+    auto bytes = blankPng (8, 8);
     bytes.resize (20971520, '\0');
     EXPECT_TRUE (isAcceptableProfileImage (writeBytes (in (folder, "most.png"), bytes).getFullPathName()));
     bytes += '\0';
@@ -178,7 +153,7 @@ TEST (ImageRules, NoBrokenPictureBringsTheDecoderDown)
 
     for (const bool asJpeg : { false, true })
     {
-        const auto whole = read (picture (asJpeg ? "w.jpg" : "w.png", 40, 30, asJpeg));
+        const auto whole = asJpeg ? blankJpeg (40, 30) : blankPng (40, 30);
         const auto step = juce::jmax ((size_t) 1, whole.size() / 60);
 
         for (size_t length = 0; length < whole.size(); length += step)
