@@ -3,6 +3,7 @@
 
     scripts/check-style.py        prints each offence as file:line: rule, and fails if there is one
 """
+import os
 import re
 import subprocess
 import sys
@@ -43,7 +44,7 @@ def offences(name, text):
 def main():
     names = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.h", "*.cpp"], check=True, capture_output=True, text=True)
     found = 0
-    for name in names.stdout.split():
+    for name in filter(os.path.exists, names.stdout.split()):     # a deleted file may still be in the index
         with open(name, encoding="utf-8", newline="") as source:
             for number, rule in offences(name, source.read()):
                 print(f"{name}:{number}: {rule}")
