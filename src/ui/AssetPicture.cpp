@@ -7,11 +7,27 @@
 /** As many sizes as the Hub shows of one picture at once. */
 static constexpr size_t maximumCopies = 2;
 
+static size_t bytesOfAll = 0;
+
+static size_t bytesOf (const juce::Image& image)
+{
+    const juce::Image::BitmapData data (image, juce::Image::BitmapData::readOnly);
+    return data.size;
+}
+
 AssetPicture::AssetPicture (juce::Component& picturesOwner, juce::String name) : owner (picturesOwner), resourceName (std::move (name)) {}
 
 AssetPicture::~AssetPicture()
 {
     masterReference.clear();
+
+    for (const auto& copy : copies)
+        bytesOfAll -= bytesOf (copy.image);
+}
+
+size_t AssetPicture::bytesHeld()
+{
+    return bytesOfAll;
 }
 
 bool AssetPicture::isAnyLoading()
@@ -87,8 +103,12 @@ void AssetPicture::take (const Request& request, const juce::Image& image)
         return;
 
     if (copies.size() >= maximumCopies)
+    {
+        bytesOfAll -= bytesOf (copies.front().image);
         copies.erase (copies.begin());
+    }
 
+    bytesOfAll += bytesOf (image);
     copies.push_back ({ request, image });
     owner.repaint();
 }

@@ -25,6 +25,9 @@ public:
     /** True while a worker is busy for any picture: for tests and for measuring. Any thread. */
     static bool isAnyLoading();
 
+    /** The memory of all that is kept of all pictures, in bytes: for tests and for measuring. Message thread. */
+    static size_t bytesHeld();
+
     /** How a picture is to be made ready. */
     struct Request
     {
