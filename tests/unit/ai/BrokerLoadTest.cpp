@@ -1,6 +1,7 @@
 #include "ai/HubAiBrokerService.h"
 #include "support/BoundedJson.h"
 #include "support/BrokerClient.h"
+#include "support/Drafts.h"
 #include "support/FakeCredentialStore.h"
 #include "support/Files.h"
 #include "support/LogCapture.h"
@@ -22,49 +23,9 @@ int requestCount()
     return stated > 0 ? stated : 1000;
 }
 
-/** A WAV file of 31 seconds: mono, 8 bits, 8000 samples a second. */
-juce::File writeSource()
+juce::String draftOf (const juce::File& render, int job)
 {
-    constexpr int rate = 8000, samples = 31 * rate;
-    juce::MemoryOutputStream wav;
-    wav << "RIFF";
-    wav.writeInt (36 + samples);
-    wav << "WAVEfmt ";
-    wav.writeInt (16);
-
-    for (const auto value : { 1, 1 })
-        wav.writeShort ((short) value);
-
-    wav.writeInt (rate);
-    wav.writeInt (rate);
-
-    for (const auto value : { 1, 8 })
-        wav.writeShort ((short) value);
-
-    wav << "data";
-    wav.writeInt (samples);
-    wav.writeRepeatedByte (128, samples);
-    return writeBytes (freshFolder ("Renders").getChildFile ("song.wav"),
-                       std::string (static_cast<const char*> (wav.getData()), wav.getDataSize()));
-}
-
-juce::String draftOf (const juce::File& source, int job)
-{
-    const juce::DynamicObject::Ptr draft (new juce::DynamicObject());
-    draft->setProperty ("schemaVersion", 1);
-    draft->setProperty ("jobId", juce::String::toHexString (job + 1).paddedLeft ('0', 32));
-    draft->setProperty ("sourcePath", source.getFullPathName());
-    draft->setProperty ("title", "Song " + juce::String (job));
-    draft->setProperty ("description", "");
-    draft->setProperty ("genre", "Ambient");
-    draft->setProperty ("visibility", "private");
-    draft->setProperty ("rightsConfirmed", true);
-    draft->setProperty ("rightsConfirmedAt", "2026-05-04T12:34:56.789Z");
-    draft->setProperty ("origin", "zorva-daw-render-complete");
-    draft->setProperty ("previewStartSeconds", 0);
-    draft->setProperty ("previewDurationSeconds", 30);
-    draft->setProperty ("tags", juce::Array<juce::var>());
-    return juce::JSON::toString (draft.get(), true);
+    return zorva::test::draftOf (render, juce::String::toHexString (job + 1).paddedLeft ('0', 32), "Song " + juce::String (job));
 }
 
 /** A broker with all that it serves. */
@@ -138,7 +99,7 @@ void inEachClient (const std::function<void (int)>& work, const std::function<vo
 TEST (BrokerLoad, ServesTwoClientsThatTakeTurnsWithWholeRepliesToTheirOwnRequests)
 {
     const LogCapture log;
-    const auto source = writeSource();
+    const auto source = writeRender();
     Broker broker;
     const auto hub = BrokerClient().discover();
     ASSERT_TRUE (hub.has_value());
@@ -175,7 +136,7 @@ TEST (BrokerLoad, StopsInTheMidstOfItAndLeavesNothing)
 {
     constexpr int enough = 50;
     const LogCapture log;
-    const auto source = writeSource();
+    const auto source = writeRender();
     Broker broker;
     const auto hub = BrokerClient().discover();
     ASSERT_TRUE (hub.has_value());
