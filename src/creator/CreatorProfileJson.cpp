@@ -1,8 +1,10 @@
 #include "creator/CreatorProfileJson.h"
 
 #include "creator/CreatorProfileRules.h"
+#include "creator/EmptyNames.h"
 #include "support/BoundedJson.h"
-#include "support/JsonScan.h"
+
+#include <limits>
 
 namespace CreatorProfileJson
 {
@@ -20,34 +22,24 @@ juce::String withoutEmptyNames (const juce::String& json)
     juce::MemoryOutputStream result;
     const auto* copied = json.toRawUTF8();
 
-    for (auto position = JsonScan::toBracketOrString (copied); *position != 0; position = JsonScan::toBracketOrString (position))
+    for (const auto* const name : EmptyNames::find (copied))
     {
-        if (! JsonScan::isQuote (*position))
-        {
-            ++position;
-            continue;
-        }
-
-        const auto* const end = JsonScan::afterString (position);
-        const bool isEmpty = position[0] == '"' && position[1] == '"';
-
-        if (isEmpty && *JsonScan::afterBlanks (end) == ':')
-        {
-            result.write (copied, (size_t) (position + 1 - copied));
-            result << emptyNameStandIn;
-            copied = position + 1;
-        }
-
-        position = end;
+        result.write (copied, (size_t) (name + 1 - copied));
+        result << emptyNameStandIn;
+        copied = name + 1;
     }
 
     result << copied;
     return result.toUTF8();
 }
 
+/** The framework's conversion, which keeps the low 32 bits of a longer whole number. For a decimal number or a text beyond the range
+    the framework promises nothing: those are clamped, so that none of them reads as a small one. */
 int integerIn (const juce::var& value, const char* name)
 {
-    return (int) BoundedJson::integerIn (value, name);
+    using Limits = std::numeric_limits<int>;
+    const auto wide = BoundedJson::integerIn (value, name);
+    return value[name].isInt64() ? (int) wide : (int) juce::jlimit<juce::int64> (Limits::min(), Limits::max(), wide);
 }
 
 /** The framework's conversion, with its reading of a number in a string replaced by one that cannot overflow. */

@@ -1,6 +1,7 @@
 #include "creator/DraftRequest.h"
 
 #include "creator/DraftPath.h"
+#include "creator/EmptyNames.h"
 #include "creator/ImageRules.h"
 #include "creator/TextRules.h"
 #include "creator/WavDuration.h"
@@ -123,7 +124,7 @@ juce::var parse (const juce::String& text, juce::String& outReason)
         return {};
     }
 
-    auto request = BoundedJson::parse (text);
+    auto request = EmptyNames::find (text.toRawUTF8()).empty() ? BoundedJson::parse (text) : juce::var();
     const auto* const object = BoundedJson::objectIn (request);
     const auto version = object != nullptr ? object->getProperty ("schemaVersion") : juce::var();
 

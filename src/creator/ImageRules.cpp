@@ -56,10 +56,20 @@ std::optional<juce::MemoryBlock> readBeginning (const juce::File& file, juce::in
 }
 
 /** A picture whose header passes may still hide, where a decoder looks and the header's rule does not, a frame so large that there
-    would be no memory for it. */
+    would be no memory for it; or it may bring so many scans that decoding takes half an hour. And the framework's decoder gives red,
+    green and blue, which a picture for print cannot become. */
 bool decoderStaysWithinLimits (const juce::uint8* data, size_t size)
 {
-    return isAcceptableImageHeader (data, size) && (! isJpeg (data, size) || isWithinLimits (JpegHeader::sizeForDecoder (data, size)));
+    if (! isAcceptableImageHeader (data, size))
+        return false;
+
+    if (! isJpeg (data, size))
+        return true;
+
+    const auto colours = JpegHeader::coloursForDecoder (data, size);
+    return isWithinLimits (JpegHeader::sizeForDecoder (data, size))
+        && (colours == 1 || colours == 3)
+        && JpegHeader::scanCount (data, size) <= maximumJpegScans;
 }
 }
 

@@ -11,6 +11,9 @@ constexpr juce::int64 maximumImagePixels = 0x2000000;
 /** The largest picture file in bytes. */
 constexpr juce::int64 maximumImageBytes = 0x1400000;
 
+/** The most scans of a JPEG picture that is decoded: ten times what encoders write, and half a second's work for the largest. */
+constexpr int maximumJpegScans = 100;
+
 /** An empty path, or an absolute one to a PNG or JPEG file that is no link, lies under none, and decodes to a picture within the
     limits. */
 bool isAcceptableProfileImage (const juce::String& path);

@@ -17,10 +17,22 @@ bool isRestart (juce::uint8 marker)
     return marker >= 0xd0 && marker <= 0xd7;
 }
 
-/** A second start, the end, or the picture's own bytes: no header comes after them. */
-bool endsHeaderForDecoder (juce::uint8 marker)
+/** A second start, or the end. */
+bool endsPicture (juce::uint8 marker)
 {
-    return marker >= 0xd8 && marker <= 0xda;
+    return marker == 0xd8 || marker == 0xd9;
+}
+
+/** The picture's own bytes begin behind this one. */
+bool isScan (juce::uint8 marker)
+{
+    return marker == 0xda;
+}
+
+/** Markers that no length follows; the first is none at all, but an escaped byte of the picture. */
+bool standsAloneForDecoder (juce::uint8 marker)
+{
+    return marker == 0 || marker == 1 || isRestart (marker);
 }
 
 size_t read16 (const juce::uint8* bytes)
@@ -34,6 +46,32 @@ size_t afterFillBytes (const juce::uint8* data, size_t size, size_t offset)
         ++offset;
 
     return offset;
+}
+
+/** The marker at or behind this offset to which a decoder comes next; an offset with less than two bytes behind it when none does. */
+size_t toMarker (const juce::uint8* data, size_t size, size_t offset)
+{
+    while (offset < size && data[offset] != 0xff)
+        ++offset;
+
+    return afterFillBytes (data, size, offset);
+}
+
+/** The next one behind the marker at this offset, two bytes of which follow. */
+size_t toNextMarker (const juce::uint8* data, size_t size, size_t at)
+{
+    return toMarker (data, size, at + 1 + (standsAloneForDecoder (data[at]) ? 0 : std::max ((size_t) 2, read16 (data + at + 1))));
+}
+
+/** Where the marker of the frame header stands at which a decoder arrives; nothing when it would find none and give up. */
+std::optional<size_t> frameForDecoder (const juce::uint8* data, size_t size)
+{
+    for (auto at = toMarker (data, size, firstMarkerOffset); at + 3 <= size && ! endsPicture (data[at]) && ! isScan (data[at]);
+         at = toNextMarker (data, size, at))
+        if (isFrame (data[at]))
+            return at;
+
+    return {};
 }
 
 Size frameAt (const juce::uint8* marker)
@@ -84,31 +122,24 @@ std::optional<Size> announcedSize (const juce::uint8* data, size_t size)
 
 std::optional<Size> sizeForDecoder (const juce::uint8* data, size_t size)
 {
-    for (auto offset = firstMarkerOffset; offset < size;)
-    {
-        if (data[offset] != 0xff)
-        {
-            ++offset;
-            continue;
-        }
+    const auto frame = frameForDecoder (data, size);
+    return frame.has_value() && *frame + 8 <= size ? std::optional<Size> (frameAt (data + *frame)) : std::nullopt;
+}
 
-        const auto at = afterFillBytes (data, size, offset);
+int coloursForDecoder (const juce::uint8* data, size_t size)
+{
+    const auto frame = frameForDecoder (data, size);
+    return frame.has_value() && *frame + 9 <= size ? data[*frame + 8] : 0;
+}
 
-        if (at + 3 > size || endsHeaderForDecoder (data[at]))
-            return {};
+int scanCount (const juce::uint8* data, size_t size)
+{
+    int scans = 0;
 
-        if (data[at] == 0 || data[at] == 1 || isRestart (data[at]))
-        {
-            offset = at + 1;
-            continue;
-        }
+    for (auto at = toMarker (data, size, firstMarkerOffset); at + 3 <= size && ! endsPicture (data[at]); at = toNextMarker (data, size, at))
+        if (isScan (data[at]))
+            ++scans;
 
-        if (isFrame (data[at]))
-            return at + 8 <= size ? std::optional<Size> (frameAt (data + at)) : std::nullopt;
-
-        offset = at + 1 + std::max ((size_t) 2, read16 (data + at + 1));
-    }
-
-    return {};
+    return scans;
 }
 }

@@ -1,5 +1,4 @@
-#include "app/HubPaths.h"
-#include "creator/CreatorProfileStore.h"
+#include "ProfileFile.h"
 #include "support/Files.h"
 #include "support/Text.h"
 
@@ -8,15 +7,6 @@
 namespace
 {
 using namespace zorva::test;
-
-juce::File profileFile() { return HubPaths::creatorDirectory().getChildFile ("profile-v1.json"); }
-
-juce::File writeProfile (const juce::String& text)
-{
-    HubPaths::creatorDirectory().createDirectory();
-    EXPECT_TRUE (profileFile().replaceWithText (text, false, false, nullptr));
-    return profileFile();
-}
 
 CreatorProfile complete()
 {
@@ -33,28 +23,6 @@ CreatorProfile complete()
     profile.socialLinks.set ("Site", "https://zoe.example/music");
     profile.localWebsitePreviewRequested = true;
     return profile;
-}
-
-/** A profile as a file would hold it, with changes; a void value removes the key. */
-juce::String fileText (std::initializer_list<std::pair<const char*, juce::var>> changes = {})
-{
-    const auto value = juce::JSON::parse (R"({"schemaVersion":1,"currentStep":3,"completed":false,"displayName":"Ann","primaryRole":"Artist",
-        "secondaryRoles":[],"genres":["Pop"],"styleDescription":"","accentColour":"#00BCEB","backgroundTheme":"zorva-dark","profileImagePath":"",
-        "bannerImagePath":"","socialLinks":{},"localWebsitePreviewRequested":false,"updatedAt":""})");
-
-    for (const auto& [key, change] : changes)
-        change.isVoid() ? value.getDynamicObject()->removeProperty (key) : value.getDynamicObject()->setProperty (key, change);
-
-    return juce::JSON::toString (value, true);
-}
-
-std::string errorOnLoading (const juce::String& text)
-{
-    writeProfile (text);
-    CreatorProfileStore store;
-    const auto profile = store.load();
-    EXPECT_TRUE (store.lastError().isEmpty() || profile.displayName.isEmpty()) << "the default comes with an error";
-    return store.lastError().toStdString();
 }
 }
 

@@ -1,9 +1,10 @@
 #include "creator/ImageRules.h"
 #include "support/Files.h"
 #include "support/PictureBuilder.h"
+#include "support/SpecialFiles.h"
+#include "support/TinyJpeg.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace
 {
@@ -117,10 +118,7 @@ TEST (ImageRules, OtherPathsFail)
     const auto renamed = good.getSiblingFile ("a.gif");
     ASSERT_TRUE (good.copyFileTo (renamed));
     EXPECT_FALSE (isAcceptableProfileImage (renamed.getFullPathName()));
-
-    const auto pipe = good.getSiblingFile ("pipe.png");
-    ASSERT_EQ (::mkfifo (pipe.getFullPathName().toRawUTF8(), 0600), 0);
-    EXPECT_FALSE (isAcceptableProfileImage (pipe.getFullPathName())) << "and returns";
+    EXPECT_FALSE (isAcceptableProfileImage (specialFile (good.getParentDirectory(), ".png").getFullPathName())) << "and returns";
 }
 
 TEST (ImageRules, APathThroughALinkAnywhereFails)
@@ -144,6 +142,19 @@ TEST (ImageRules, SizeAndContentDecide)
     EXPECT_TRUE (isAcceptableProfileImage (writeBytes (in (folder, "most.png"), bytes).getFullPathName()));
     bytes += '\0';
     EXPECT_FALSE (isAcceptableProfileImage (writeBytes (in (folder, "more.png"), bytes).getFullPathName()));
+}
+
+TEST (ImageRules, AJpegInColoursThatAreNotTheScreensFails)
+{
+    const std::pair<int, bool> cases[] { { 1, true }, { 2, false }, { 3, true }, { 4, false } };
+    const auto folder = freshFolder ("colours");
+
+    for (const auto& [components, passes] : cases)
+    {
+        const auto file = writeBytes (in (folder, "x.jpg"), jpegOfComponents (components));
+        EXPECT_TRUE (isAcceptableImageHeader (file)) << components;
+        EXPECT_EQ (isAcceptableProfileImage (file.getFullPathName()), passes) << components;
+    }
 }
 
 TEST (ImageRules, NoBrokenPictureBringsTheDecoderDown)
