@@ -15,7 +15,10 @@ static size_t bytesOf (const juce::Image& image)
     return data.size;
 }
 
-AssetPicture::AssetPicture (juce::Component& picturesOwner, juce::String name) : owner (picturesOwner), resourceName (std::move (name)) {}
+AssetPicture::AssetPicture (juce::Component& picturesOwner, juce::String name)
+    : owner (picturesOwner), resourceName (std::move (name)), loaderUser (std::make_unique<PictureLoader::User>())
+{
+}
 
 AssetPicture::~AssetPicture()
 {
@@ -87,11 +90,14 @@ void AssetPicture::ask (const Request& request)
         return;     // what comes repaints the owner, and that asks again if it is not the right one
 
     pending = request;
-    PictureLoader::load (resourceName, request, [safeThis = juce::WeakReference<AssetPicture> (this), request] (const juce::Image& image)
+    const auto onReady = [safeThis = juce::WeakReference<AssetPicture> (this), request] (const juce::Image& image)
     {
         if (auto* picture = safeThis.get())
             picture->take (request, image);
-    });
+    };
+
+    if (! PictureLoader::load (resourceName, request, onReady))
+        pending.reset();    // the next painting tries again
 }
 
 void AssetPicture::take (const Request& request, const juce::Image& image)

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <juce_gui_basics/juce_gui_basics.h>
+#include <memory>
 #include <optional>
 #include <vector>
+
+namespace PictureLoader { class User; }
 
 /** A picture that is compiled in, shown scaled. A worker decodes it and scales it to the very pixels of its place, so that neither
     start nor painting waits for it; until it comes, nothing is drawn, or what there is of another size. Only what is shown is kept,
@@ -59,6 +62,7 @@ private:
     std::vector<Copy> copies;                   ///< the oldest first
     std::optional<Request> pending;
     bool failed = false;
+    std::unique_ptr<PictureLoader::User> loaderUser;
 
     JUCE_DECLARE_WEAK_REFERENCEABLE (AssetPicture)
     JUCE_DECLARE_NON_COPYABLE (AssetPicture)

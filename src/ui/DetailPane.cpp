@@ -3,6 +3,7 @@
 #include "support/Text.h"
 #include "ui/ConnectionPill.h"
 #include "ui/HubPalette.h"
+#include "ui/KeepingFocus.h"
 #include "ui/PrimaryButton.h"
 #include "ui/SpaceKey.h"
 #include "ui/TextPainting.h"
@@ -73,6 +74,10 @@ DetailPane::DetailPane()
     galleryViewport->setViewedComponent (gallery.get(), false);
     galleryViewport->setScrollBarsShown (true, false);
     galleryViewport->setScrollBarThickness (galleryScrollBar);
+
+    // What it shows ignores the mouse, and a viewport by itself does too: the wheel would find nothing to scroll here.
+    galleryViewport->setInterceptsMouseClicks (true, true);
+    galleryViewport->setMouseClickGrabsKeyboardFocus (false);
     focusRing.watch (*galleryViewport);
     addChildComponent (*galleryViewport);
 
@@ -142,7 +147,7 @@ void DetailPane::refreshButtons()
     const auto inVault = model->vaultFile.existsAsFile();
     const auto tooltip = inVault ? juce::String ("Reinstall from the Vault (no download needed)")
                                  : utf8 ("Installer not in the Vault — download it once to enable offline reinstall");
-    reinstallButton.setEnabled (inVault);
+    setEnabledKeepingFocus (reinstallButton, inVault);
     reinstallButton.setTooltip (tooltip);
     reinstallButton.setTitle ("REINSTALL " + name);
     reinstallButton.setDescription (tooltip);

@@ -12,7 +12,7 @@ constexpr int sideMargin = 20;
 void drawOutline (juce::Graphics& g, juce::Rectangle<int> area, float radius)
 {
     g.setColour (HubPalette::border);
-    g.drawRoundedRectangle (area.toFloat().reduced (0.5f), radius, 1.0f);
+    g.drawRoundedRectangle (area.toFloat(), radius, 1.0f);
 }
 
 void clipToRounded (juce::Graphics& g, juce::Rectangle<int> area, float radius)

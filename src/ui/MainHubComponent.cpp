@@ -49,6 +49,7 @@ MainHubComponent::MainHubComponent()
     createPages();
 
     tooltipWindow = std::make_unique<juce::TooltipWindow> (this, 400);
+    tooltipWindow->setOpaque (false);    // its corners are round, and would be black
     focusRing = std::make_unique<FocusRing> (*this);
     focusRing->watch (*libraryViewport, -2);
 
@@ -167,11 +168,15 @@ void MainHubComponent::selectProduct (const juce::String& productId)
 
 void MainHubComponent::clearSelection()
 {
+    // Who closes the pane by the keyboard goes on where it was opened.
+    const auto cardToFocus = detailPane->hasKeyboardFocus (true) ? selectedProductId : juce::String();
+
     hasSelection = false;
     selectedProductId.clear();
     detailPane->clear();
     updatePageVisibility();
     resized();
+    productGrid->focusCard (cardToFocus);
 }
 
 ProductCardModel* MainHubComponent::findModel (const juce::String& productId)

@@ -4,6 +4,7 @@
 #include "ui/PictureScaling.h"
 
 #include <BinaryData.h>
+#include <condition_variable>
 #include <deque>
 #include <mutex>
 
@@ -19,8 +20,10 @@ struct Job
 struct Queue
 {
     std::mutex lock;
+    std::condition_variable ended;
     std::deque<Job> jobs;
     bool isRunning = false;
+    int numUsers = 0;
 };
 
 Queue& queue()
@@ -66,6 +69,7 @@ std::optional<Job> nextJob()
     if (queue().jobs.empty())
     {
         queue().isRunning = false;
+        queue().ended.notify_all();
         return {};
     }
 
@@ -81,7 +85,25 @@ void workOff()
 }
 }
 
-void PictureLoader::load (const juce::String& resourceName, const AssetPicture::Request& request,
+PictureLoader::User::User()
+{
+    const std::scoped_lock guard (queue().lock);
+    ++queue().numUsers;
+}
+
+PictureLoader::User::~User()
+{
+    std::deque<Job> dropped;    // released without the lock
+    std::unique_lock guard (queue().lock);
+
+    if (--queue().numUsers > 0)
+        return;
+
+    dropped.swap (queue().jobs);
+    queue().ended.wait (guard, [] { return ! queue().isRunning; });
+}
+
+bool PictureLoader::load (const juce::String& resourceName, const AssetPicture::Request& request,
                           std::function<void (const juce::Image&)> callback)
 {
     {
@@ -89,16 +111,18 @@ void PictureLoader::load (const juce::String& resourceName, const AssetPicture::
         queue().jobs.push_back ({ resourceName, request, std::move (callback) });
 
         if (queue().isRunning)
-            return;
+            return true;
 
         queue().isRunning = true;
     }
 
-    if (! launchWorker (workOff))
-    {
-        const std::scoped_lock guard (queue().lock);
-        queue().isRunning = false;      // the next request tries again, for these too
-    }
+    if (launchWorker (workOff))
+        return true;
+
+    const std::scoped_lock guard (queue().lock);
+    queue().isRunning = false;
+    queue().jobs.clear();       // this one alone: only a worker leaves none behind
+    return false;
 }
 
 bool PictureLoader::isBusy()
