@@ -13,4 +13,8 @@ public:
     /** Adds what the framework leaves out on Linux for a native title bar: without the flag such a window could not be resized
         and would have no smallest size. */
     int getDesktopWindowStyleFlags() const override;
+
+    /** Lets Tab begin at the first control, and Shift and Tab at the last, while the window itself has the focus, as it has from the
+        start on. The framework only goes on from one sibling to the next, and a window has none. */
+    bool keyPressed (const juce::KeyPress& key) override;
 };

@@ -20,6 +20,11 @@ class FirstStart(HubTest):
         self.assertEqual(made, ["Creator", "Creator/Publish Drafts", "Runtime", "Vault"])
         self.assert_no_box()
 
+    def test_the_keyboard_alone_finds_its_way_from_the_start(self):
+        self.hub.open()
+        self.hub.window.press("Tab", "Tab", "Return")       # the first two tabs
+        self.hub.wait_for_card(0, "not downloadable")
+
     def test_every_file_and_folder_is_private_to_the_user(self):
         self.start_online("zorva-beatpad-1.2.0")
         self.download()

@@ -34,7 +34,8 @@ def daw(files: Path, version: str, file: str, notes):
     """The main application as a Windows installer: a single executable."""
     build_windows_program(files / file, "ZORVA DAW", version, size=6 * MEBIBYTE)
     return describe("zorva-daw", "ZORVA DAW", version, file,
-                    "A complete studio for recording, arranging, and mixing music, in one installer.", "DAW", notes)
+                    "A complete studio in one installer: record, arrange, and mix with nine instrument modules, eight effects, and "
+                    "room for every take.", "DAW", notes)
 
 
 def stagewell(files: Path, native: bool):
@@ -50,7 +51,8 @@ def stagewell(files: Path, native: bool):
             "Stagewell/Scenes/Empty stage.zscene": b'{ "lamps": [] }\n',
         })
     return describe("zorva-stagewell", "ZORVA Stagewell", version, file,
-                    "Light and sound cues for small stages, on the second display of the studio.", "Live",
+                    "Light and sound cues for small stages, on the second display of the studio: they follow the song, and the song "
+                    "follows the band.", "Live",
                     [("Scenes follow the song", "A scene can now follow the markers of a song.")])
 
 

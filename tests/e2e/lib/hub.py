@@ -104,14 +104,18 @@ class Hub:
 
     # ---- process
     def start(self, *arguments, environment=None) -> "Hub":
-        """Starts it and waits until its window is there and laid out."""
+        """Starts it, waits until its window is there and laid out, and opens the library."""
+        self.open(*arguments, environment=environment)
+        self.open_library()     # a box in front takes the click
+        return self
+
+    def open(self, *arguments, environment=None) -> None:
+        """Starts it and waits until its window is there and laid out, with the community page on which it opens."""
         self.launch(*arguments, environment=environment)
         wait_for(lambda: self.process.poll() is not None or self.windows(), "the window", START_LIMIT)
         if self.process.poll() is not None:
             raise AssertionError(f"the Hub ended with {self.process.returncode}: {self.errors.read_text()[-2000:]}")
         wait_for(self._is_painted, "the first painting", START_LIMIT)
-        self.open_library()     # it opens on the community page; a box in front takes the click
-        return self
 
     def open_library(self) -> None:
         self.window.click(self.layout.tab("library").centre)

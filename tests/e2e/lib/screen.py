@@ -115,7 +115,8 @@ class Window:
 class Screen:
     """A display of its own, with a window manager. Ends with stop()."""
 
-    def __init__(self):
+    def __init__(self, size=SCREEN_SIZE):
+        self._size = "%dx%dx24" % size
         number = next(filter(self._start_server, DISPLAY_NUMBERS), None)
         if number is None:
             raise RuntimeError("Xvfb did not start")
@@ -126,9 +127,8 @@ class Screen:
     def _start_server(self, number: int) -> bool:
         """Starts Xvfb under this number. False when it is taken."""
         read_end, write_end = os.pipe()
-        size = f"{SCREEN_SIZE[0]}x{SCREEN_SIZE[1]}x24"
-        self._server = subprocess.Popen(["Xvfb", f":{number}", "-displayfd", str(write_end), "-screen", "0", size, "-nolisten", "tcp"],
-                                        pass_fds=[write_end], stderr=subprocess.DEVNULL)
+        self._server = subprocess.Popen(["Xvfb", f":{number}", "-displayfd", str(write_end), "-screen", "0", self._size, "-nolisten",
+                                         "tcp"], pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             if pipe.readline().strip():
