@@ -11,7 +11,8 @@ packages=(
   g++-mingw-w64-x86-64-posix
   fonts-dejavu-core xvfb xauth openbox xdotool dbus dbus-daemon gnome-keyring libsecret-tools wmctrl imagemagick x11-utils xdg-utils
   python3 openssl curl zip unzip util-linux iproute2
-  dpkg-dev ca-certificates debian-archive-keyring )
+  dpkg-dev ca-certificates debian-archive-keyring
+  desktop-file-utils appstream lintian file libglib2.0-bin )
 
 if ! command -v apt-get >/dev/null; then
   echo "This script installs packages on Debian 12 or 13. On another system install the equivalents of:" >&2

@@ -83,13 +83,18 @@ bool HubAiBrokerService::writeDiscoveryFile()
     discovery->setProperty ("pid", platform::currentProcessId());
     discovery->setProperty ("startedAt", isoTime (juce::Time::getCurrentTime()));
 
-    return RecordFile::replace (discoveryFile, RecordFile::toText (discovery.get())) == RecordFile::Outcome::written;
+    return RecordFile::replace (ownDiscoveryFile(), RecordFile::toText (discovery.get())) == RecordFile::Outcome::written;
 }
 
 void HubAiBrokerService::withdrawDiscoveryFile()
 {
     ready = false;
-    discoveryFile.deleteFile();
+    ownDiscoveryFile().deleteFile();
+}
+
+juce::File HubAiBrokerService::ownDiscoveryFile() const
+{
+    return discoveryFile;
 }
 
 void HubAiBrokerService::endCycle()

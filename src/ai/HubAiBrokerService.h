@@ -42,6 +42,9 @@ private:
     void endCycle();
     void withdrawDiscoveryFile();
 
+    /** A copy for the calling thread: on Windows the framework changes a path's memory whenever it hands it to the system. */
+    juce::File ownDiscoveryFile() const;
+
     juce::MemoryBlock answerHealth (const BrokerRequest& request);
     juce::MemoryBlock answerKeyStatus (const BrokerRequest& request);
     juce::MemoryBlock answerDraft (const BrokerRequest& request);

@@ -3,7 +3,8 @@
 namespace platform
 {
 /** Prepares the process before anything else runs: what the Hub creates from here on is private to the user, letters outside ASCII
-    count as letters, and in release builds no other program of the user may look into its memory. Call once, first thing in main. */
+    count as letters, and in release builds on Linux no other program of the user may look into its memory. Call once, first thing
+    in main. */
 void prepareProcess();
 
 /** Whether prepareProcess() has run, which it does in the program but not in its tests. Any thread. */

@@ -2,6 +2,7 @@
 
 #include "ui/HubPalette.h"
 #include "ui/ProductGridLayout.h"
+#include "ui/ScrollIntoView.h"
 #include "ui/TextPainting.h"
 
 #include <algorithm>
@@ -50,6 +51,15 @@ void ProductGrid::setOnline (bool shouldBeOnline)
 
     for (auto& card : cards)
         card->setOnline (online);
+}
+
+void ProductGrid::focusCard (const juce::String& productId)
+{
+    if (auto* const card = content.findChildWithID (productId))
+    {
+        card->grabKeyboardFocus();
+        scrollIntoView (*card);
+    }
 }
 
 int ProductGrid::heightForWidth (int width) const { return ProductGridLayout (width).contentHeight ((int) cards.size()); }

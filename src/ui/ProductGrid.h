@@ -25,6 +25,9 @@ public:
 
     void setOnline (bool);
 
+    /** Gives the keyboard focus to the card of a product and scrolls it into view; an unknown id changes nothing. */
+    void focusCard (const juce::String& productId);
+
     /** The height that shows all cards at this width; 0 without cards. */
     int heightForWidth (int width) const;
 

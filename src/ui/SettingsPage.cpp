@@ -4,6 +4,7 @@
 #include "platform/SecureMemory.h"
 #include "support/Text.h"
 #include "ui/HubPalette.h"
+#include "ui/KeepingFocus.h"
 #include "ui/SettingsPageLayout.h"
 #include "ui/SpaceKey.h"
 
@@ -13,15 +14,6 @@ void call (const std::function<void()>& callback)
 {
     if (callback != nullptr)
         callback();
-}
-
-/** A control that is disabled while it has the focus hands it to the one before: with the focus nowhere, Tab does nothing. */
-void setEnabledKeepingFocus (juce::Component& control, bool shouldBeEnabled)
-{
-    if (! shouldBeEnabled && control.hasKeyboardFocus (false))
-        control.moveKeyboardFocusToSibling (false);
-
-    control.setEnabled (shouldBeEnabled);
 }
 }
 

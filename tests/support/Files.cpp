@@ -1,5 +1,7 @@
 #include "support/Files.h"
 
+#include "support/NativePath.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -12,9 +14,12 @@ namespace
 {
 namespace fs = std::filesystem;
 
-fs::path pathOf (const juce::File& file)
+fs::path pathOf (const juce::File& file)    { return nativePath (file).value_or (fs::path()); }
+
+std::string textOf (const fs::path& path)
 {
-    return { file.getFullPathName().toStdString() };
+    const auto text = path.generic_u8string();
+    return { text.begin(), text.end() };
 }
 }
 
@@ -62,15 +67,8 @@ juce::File link (const juce::File& at, const juce::String& destination)
 {
     std::error_code error;
     fs::create_directories (pathOf (at).parent_path(), error);
-    fs::create_symlink (destination.toStdString(), pathOf (at), error);
-    EXPECT_FALSE (error) << "Could not make the link " << at.getFullPathName() << ": " << error.message();
+    EXPECT_EQ (makeLink (at, destination), "") << at.getFullPathName();
     return at;
-}
-
-bool isThere (const juce::File& file)
-{
-    std::error_code error;
-    return fs::symlink_status (pathOf (file), error).type() != fs::file_type::not_found;
 }
 
 Tree treeOf (const juce::File& folder)
@@ -80,14 +78,22 @@ Tree treeOf (const juce::File& folder)
 
     for (fs::recursive_directory_iterator entry (pathOf (folder), error), end; entry != end; entry.increment (error))
     {
-        const auto name = entry->path().lexically_relative (pathOf (folder)).string();
+        const auto name = textOf (entry->path().lexically_relative (pathOf (folder)));
+        const juce::File file (folder.getFullPathName() + "/" + juce::String::fromUTF8 (name.c_str()));
 
-        if (entry->is_symlink (error))
-            tree[name] = "link: " + fs::read_symlink (entry->path(), error).string();
+        if (const auto destination = linkText (file))
+        {
+            tree[name] = "link: " + destination->toStdString();
+            entry.disable_recursion_pending();
+        }
         else if (entry->is_directory (error))
+        {
             tree[name] = "folder";
+        }
         else
-            tree[name] = "file: " + read (juce::File (juce::String::fromUTF8 (entry->path().c_str())));
+        {
+            tree[name] = "file: " + read (file);
+        }
     }
 
     EXPECT_FALSE (error) << "Could not list " << folder.getFullPathName() << ": " << error.message();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Links.h"
+
 #include <juce_core/juce_core.h>
 #include <map>
 #include <string>
@@ -23,9 +25,6 @@ std::string read (const juce::File& file);
 
 /** Makes a symbolic link; a failure to do so fails the test. Returns the link. */
 juce::File link (const juce::File& at, const juce::String& destination);
-
-/** Something stands at this path, be it only a dangling link. */
-bool isThere (const juce::File& file);
 
 /** Everything below a folder by relative path: "folder", "file: " and its bytes, or "link: " and where it points. Links are not
     followed. Two equal trees are the same tree. */

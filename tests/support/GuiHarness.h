@@ -108,9 +108,7 @@ public:
     bool isFullScreen() const override                                { return fullScreen; }
     void setIcon (const juce::Image&) override                        {}
     bool contains (juce::Point<int> p, bool) const override           { return bounds.withZeroOrigin().contains (p); }
-   #if JUCE_LINUX || JUCE_BSD
     OptionalBorderSize getFrameSizeIfPresent() const override         { return OptionalBorderSize { juce::BorderSize<int>() }; }
-   #endif
     juce::BorderSize<int> getFrameSize() const override               { return {}; }
     bool setAlwaysOnTop (bool) override                               { return true; }
     void toFront (bool takeFocus) override                            { handleBroughtToFront(); if (takeFocus) grabFocus(); }

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <juce_core/juce_core.h>
+#include <memory>
 
 namespace zorva::test
 {
-/** Mounts that this test process alone sees. They provoke what permissions cannot, since root ignores those: paths that can be
+/** Mounts that this test process alone sees, where the system has such: on Windows there is only BusyPath. They provoke what permissions cannot, since root ignores those: paths that can be
     neither moved nor removed, folders that cannot be written, disks that are full, and the system's list of certificate
     authorities. What is mounted vanishes with the process. A mount that cannot be made fails the test with the reason. */
 namespace PrivateMounts
@@ -34,7 +35,8 @@ public:
     ~BusyPath();
 
 private:
-    juce::File path;
+    struct Hold;
+    std::unique_ptr<Hold> hold;
 
     JUCE_DECLARE_NON_COPYABLE (BusyPath)
 };
@@ -47,7 +49,8 @@ public:
     ~ReadOnlyFolder();
 
 private:
-    juce::File path;
+    struct Hold;
+    std::unique_ptr<Hold> hold;
 
     JUCE_DECLARE_NON_COPYABLE (ReadOnlyFolder)
 };
@@ -69,10 +72,8 @@ public:
     void clear();
 
 private:
-    int addFiller();
-
-    juce::File path;
-    juce::Array<juce::File> filler;
+    struct Hold;
+    std::unique_ptr<Hold> hold;
 
     JUCE_DECLARE_NON_COPYABLE (SmallDisk)
 };

@@ -1,46 +1,16 @@
 #include "support/TrustedTestServer.h"
-#include "support/PrivateMounts.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace zorva::test
 {
 namespace
 {
-constexpr int answerTimeoutMs = 20000;
-
 juce::DynamicObject::Ptr order (const char* what)
 {
     juce::DynamicObject::Ptr object = new juce::DynamicObject();
     object->setProperty ("do", what);
     return object;
-}
-
-/** The list of authorities that stands in for the system's, one a process. */
-const juce::File& authorityList()
-{
-    static const auto list = []
-    {
-        const auto file = juce::File::createTempFile (".pem");
-        const juce::File systemList ("/etc/ssl/certs/ca-certificates.crt");
-
-        if (! systemList.existsAsFile())
-            ADD_FAILURE() << "No " << systemList.getFullPathName() << ": install ca-certificates";
-        else if (file.create().wasOk())
-            PrivateMounts::showInPlaceOf (file, systemList);
-
-        return file;
-    }();
-
-    return list;
 }
 }
 
@@ -99,13 +69,13 @@ TrustedTestServer::Answer TrustedTestServer::Answer::silenced() const
 //==============================================================================
 TrustedTestServer::TrustedTestServer (Trust trust)
 {
-    if (! start())
+    if (! process.start())
     {
-        ADD_FAILURE() << "Could not start the test server: " << std::strerror (errno);
+        ADD_FAILURE() << "Could not start the test server: " << process.problem();
         return;
     }
 
-    const auto greeting = readLine();
+    const auto greeting = juce::JSON::parse (process.readLine());
     httpsPort = greeting["https"];
     httpPort = greeting["http"];
     silentPort = greeting["silent"];
@@ -113,93 +83,32 @@ TrustedTestServer::TrustedTestServer (Trust trust)
     if (httpsPort == 0)
         ADD_FAILURE() << "The test server did not start; it needs python3 and openssl.";
     else if (trust == Trust::trusted)
-        trustAuthority (juce::File (greeting["authority"].toString()));
+        ServerProcess::trustAuthority (greeting["authority"].toString());
 }
 
-TrustedTestServer::~TrustedTestServer()
-{
-    if (connection >= 0)
-        ::close (connection);    // the end of its input ends the server
-
-    if (process > 0)
-        ::waitpid (process, nullptr, 0);
-}
-
-bool TrustedTestServer::start()
-{
-    int ends[2] = { -1, -1 };
-
-    if (::socketpair (AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
-        return false;
-
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init (&actions);
-    ::posix_spawn_file_actions_adddup2 (&actions, ends[1], STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2 (&actions, ends[1], STDOUT_FILENO);
-
-    const char* arguments[] = { "python3", HUB_TEST_SUPPORT_FOLDER "/https_server.py", nullptr };
-    const auto error = ::posix_spawnp (&process, arguments[0], &actions, nullptr, const_cast<char**> (arguments), environ);
-    ::posix_spawn_file_actions_destroy (&actions);
-    ::close (ends[1]);
-    connection = ends[0];
-    errno = error;
-    return error == 0;
-}
-
-void TrustedTestServer::trustAuthority (const juce::File& certificate)
-{
-    if (! authorityList().appendText (certificate.loadFileAsString()))
-        ADD_FAILURE() << "Could not extend the list of authorities " << authorityList().getFullPathName();
-}
-
-juce::var TrustedTestServer::readLine()
-{
-    while (! unread.containsChar ('\n'))
-    {
-        pollfd waiting { connection, POLLIN, 0 };
-        char bytes[4096];
-
-        if (::poll (&waiting, 1, answerTimeoutMs) != 1)
-            break;
-
-        const auto count = ::read (connection, bytes, sizeof (bytes));
-
-        if (count <= 0)
-            break;
-
-        unread += juce::String::fromUTF8 (bytes, (int) count);    // the server writes ASCII only
-    }
-
-    const auto line = unread.upToFirstOccurrenceOf ("\n", false, false);
-    unread = unread.fromFirstOccurrenceOf ("\n", false, false);
-    return juce::JSON::parse (line);
-}
+TrustedTestServer::~TrustedTestServer() = default;
 
 juce::var TrustedTestServer::tell (const juce::var& orderObject)
 {
     const juce::ScopedLock lock (mutex);
-    const auto line = juce::JSON::toString (orderObject, true) + "\n";
-    const auto size = line.getNumBytesAsUTF8();
 
-    for (size_t sent = 0; sent < size;)
+    if (! process.sendLine (juce::JSON::toString (orderObject, true)))
     {
-        const auto count = ::send (connection, line.toRawUTF8() + sent, size - sent, MSG_NOSIGNAL);
-
-        if (count <= 0)
-        {
-            ADD_FAILURE() << "The test server is gone.";
-            return {};
-        }
-
-        sent += (size_t) count;
+        ADD_FAILURE() << "The test server is gone.";
+        return {};
     }
 
-    const auto answer = readLine();
+    const auto answer = juce::JSON::parse (process.readLine());
 
     if (answer.getDynamicObject() == nullptr)
         ADD_FAILURE() << "The test server does not answer.";
 
     return answer;
+}
+
+juce::String TrustedTestServer::address (const char* scheme, int port, const juce::String& path)
+{
+    return scheme + juce::String ("://") + ServerProcess::hostName() + ":" + juce::String (port) + path;
 }
 
 //==============================================================================

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ServerProcess.h"
+
 #include <juce_core/juce_core.h>
 #include <optional>
 #include <vector>
@@ -85,22 +87,19 @@ public:
     /** How many connections the silent port has accepted. */
     int silentConnections();
 
-    juce::String url (const juce::String& path) const          { return "https://127.0.0.1:" + juce::String (httpsPort) + path; }
-    juce::String plainUrl (const juce::String& path) const     { return "http://127.0.0.1:" + juce::String (httpPort) + path; }
+    juce::String url (const juce::String& path) const          { return address ("https", httpsPort, path); }
+    juce::String plainUrl (const juce::String& path) const     { return address ("http", httpPort, path); }
 
     /** Connects, then nothing ever comes, not even a handshake. */
-    juce::String silentUrl (const juce::String& path) const    { return "https://127.0.0.1:" + juce::String (silentPort) + path; }
+    juce::String silentUrl (const juce::String& path) const    { return address ("https", silentPort, path); }
 
 private:
-    bool start();
-    void trustAuthority (const juce::File& certificate);
-    juce::var readLine();
+    static juce::String address (const char* scheme, int port, const juce::String& path);
     juce::var tell (const juce::var& order);
 
     juce::CriticalSection mutex;
-    int connection = -1, process = -1;
+    ServerProcess process;
     int httpsPort = 1, httpPort = 1, silentPort = 1;
-    juce::String unread;
 
     JUCE_DECLARE_NON_COPYABLE (TrustedTestServer)
 };

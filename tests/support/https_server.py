@@ -2,7 +2,8 @@
 """A local server for tests: one port speaks HTTPS, one plain HTTP, and one accepts connections and never says a word.
 
 It makes its own certificate authority, prints one line of JSON with the ports and the authority's certificate, then obeys
-one line of JSON at a time on its standard input, each answered by one line. It ends with its input.
+one line of JSON at a time on its standard input, each answered by one line. It ends with its input. With "--connect PORT" both
+run over a connection to that port of this machine instead.
 
   {"do": "answer", "path": "/x", ...}   what requests for a path get from now on; see Answer
   {"do": "release", "path": "/x"}       lets held answers of this path go on
@@ -194,21 +195,30 @@ def obey(order):
     return {}
 
 
+def lines():
+    """Where orders come from and answers go."""
+    if sys.argv[1:2] != ["--connect"]:
+        return sys.stdin, sys.stdout
+    connection = socket.create_connection(("127.0.0.1", int(sys.argv[2])))
+    return connection.makefile("r", encoding="utf-8"), connection.makefile("w", encoding="utf-8")
+
+
 def main():
+    orders, answers = lines()
     folder = tempfile.mkdtemp(prefix="zorva-test-server-")
     try:
         make_certificates(folder)
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(os.path.join(folder, "server.pem"), os.path.join(folder, "server.key"))
         secure, plain = Server("https", context), Server("http")
+        with open(os.path.join(folder, "authority.pem"), encoding="ascii") as file:
+            authority = file.read()
         print(json.dumps({"https": secure.server_address[1], "http": plain.server_address[1],
-                          "silent": listen_silently(),
-                          "authority": os.path.join(folder, "authority.pem")}), flush=True)
-        for line in sys.stdin:
-            print(json.dumps(obey(json.loads(line))), flush=True)
+                          "silent": listen_silently(), "authority": authority}), file=answers, flush=True)
+        for line in orders:
+            print(json.dumps(obey(json.loads(line))), file=answers, flush=True)
     finally:
         shutil.rmtree(folder, ignore_errors=True)
-        sys.stdout.flush()
         os._exit(0)
 
 

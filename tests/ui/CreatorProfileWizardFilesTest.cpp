@@ -195,7 +195,7 @@ TEST (CreatorProfileWizardFiles, ACancelledExportSaysNothing)
 //==============================================================================
 TEST (CreatorProfileWizardFiles, WithoutASystemDialogTheFrameworksOwnOpens)
 {
-    ::setenv ("PATH", freshFolder ("empty").getFullPathName().toRawUTF8(), 1);
+    setEnvironment ("PATH", freshFolder ("empty").getFullPathName());
     const auto image = picture ("me.png");
     Scene::putAt (6);
     Scene scene;

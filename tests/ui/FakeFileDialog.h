@@ -1,9 +1,8 @@
 #pragma once
 
+#include "support/Environment.h"
 #include "support/Files.h"
 #include "support/GuiHarness.h"
-
-#include <cstdlib>
 
 namespace zorva::test
 {
@@ -25,8 +24,8 @@ public:
                                     "cat \"$folder/answer\"\n"
                                     "rm \"$folder/answer\"\n");
         EXPECT_TRUE (program.setExecutePermission (true));
-        ::setenv ("PATH", (folder.getFullPathName() + ":" + juce::SystemStats::getEnvironmentVariable ("PATH", {})).toRawUTF8(), 1);
-        ::unsetenv ("KDE_FULL_SESSION");
+        setEnvironment ("PATH", folder.getFullPathName() + ":" + juce::SystemStats::getEnvironmentVariable ("PATH", {}));
+        removeFromEnvironment ("KDE_FULL_SESSION");
     }
 
     /** Waits for a dialog; its arguments, one a line. */

@@ -1,13 +1,14 @@
 #include "HubWorld.h"
 
 #include "app/HubPaths.h"
+#include "platform/Programs.h"
 #include "support/Files.h"
-#include "support/GuiHarness.h"
 #include "support/ManifestBuilder.h"
 #include "support/PeImage.h"
+#include "support/RunnableProgram.h"
 
 #include <cstdlib>
-#include <sys/stat.h>
+#include <gtest/gtest.h>
 
 namespace zorva::test
 {
@@ -56,7 +57,7 @@ std::string programOfVersion (int major, int minor, int build)
 
 std::string programThatRuns()
 {
-    return "#!/bin/sh\n: > '" + startedFile().getFullPathName().toStdString() + "'\n";
+    return programThatMakes (startedFile());
 }
 
 juce::File startedFile()
@@ -67,7 +68,7 @@ juce::File startedFile()
 juce::File putInstalled (const juce::String& id, const std::string& program)
 {
     const auto file = writeBytes (in (HubPaths::productsDirectory(), id + "/" + id + ".exe"), program);
-    ::chmod (file.getFullPathName().toRawUTF8(), 0755);
+    EXPECT_TRUE (platform::allowExecution (file));
 
     const auto recordFile = HubPaths::installRecordFile();
     auto record = juce::JSON::parse (recordFile.loadFileAsString());
@@ -147,22 +148,5 @@ void serveCatalogue (TrustedTestServer& server, const std::vector<Product>& prod
 {
     server.serve ("/manifest.json", TrustedTestServer::Answer::text (manifestOf (products)));
     useCatalogueAt (server.url ("/manifest.json"));
-}
-
-//==============================================================================
-FakeFileManager::FakeFileManager() : report (in (home(), "opened"))
-{
-    const auto bin = freshFolder ("bin");
-    const auto opener = in (bin, "xdg-open");
-    const auto path = report.getFullPathName();
-
-    write (opener, "#!/bin/sh\nprintf '%s' \"$1\" > '" + path + ".part'\nmv '" + path + ".part' '" + path + "'\n");
-    ::chmod (opener.getFullPathName().toRawUTF8(), 0755);
-    ::setenv ("PATH", (bin.getFullPathName() + ":" + juce::String::fromUTF8 (std::getenv ("PATH"))).toRawUTF8(), 1);
-}
-
-juce::String FakeFileManager::openedPath() const
-{
-    return pumpUntil ([this] { return wasCalled(); }, 10000) ? report.loadFileAsString() : juce::String();
 }
 }

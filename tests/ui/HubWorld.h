@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/FakeFileManager.h"
 #include "support/TrustedTestServer.h"
 #include "support/VaultItems.h"
 
@@ -47,21 +48,4 @@ TrustedTestServer::Answer answerOf (const std::string& bytes);
 
 /** The server's catalogue, which the settings name. */
 void serveCatalogue (TrustedTestServer&, const std::vector<Product>&);
-
-/** Stands in for the desktop's file manager, first in PATH while the process lives. */
-class FakeFileManager
-{
-public:
-    FakeFileManager();
-
-    /** The path that was opened, waited for; empty when nothing was. */
-    juce::String openedPath() const;
-
-    bool wasCalled() const    { return report.existsAsFile(); }
-
-private:
-    juce::File report;
-
-    JUCE_DECLARE_NON_COPYABLE (FakeFileManager)
-};
 }

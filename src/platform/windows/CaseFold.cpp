@@ -2,22 +2,34 @@
 
 #include "platform/windows/WindowsHeaders.h"
 
-#include <vector>
+#include <string>
 
 namespace platform
 {
+namespace
+{
+/** The text with every character replaced by one other; unchanged when the system refuses. */
+std::wstring replaceCharacters (const std::wstring& text, DWORD rule)
+{
+    if (text.empty())
+        return {};
+
+    std::wstring replaced (text.size(), L'\0');
+    const auto size = ::LCMapStringEx (LOCALE_NAME_INVARIANT, rule, text.data(), (int) text.size(), replaced.data(), (int) replaced.size(),
+                                       nullptr, nullptr, 0);
+
+    return size == (int) text.size() ? replaced : text;
+}
+}
+
 juce::String foldCase (const juce::String& text)
 {
-    const auto* source = text.toWideCharPointer();
-    const auto fold = [source] (wchar_t* target, int size)
-    {
-        return ::LCMapStringEx (LOCALE_NAME_INVARIANT, LCMAP_LOWERCASE, source, -1, target, size, nullptr, nullptr, 0);
-    };
+    // A copy, since the conversion changes the string's memory, and another thread may be reading the same one.
+    const auto own = text;
+    const std::wstring wide (own.toWideCharPointer());
 
-    // The sizes include the end of the text.
-    const auto size = fold (nullptr, 0);
-    std::vector<wchar_t> folded ((size_t) juce::jmax (size, 1));
-
-    return size > 0 && fold (folded.data(), size) == size ? juce::String (folded.data()) : text;
+    // First to upper case, by which the file system compares: several lower-case letters, such as the two forms of the Greek sigma,
+    // have one upper-case letter in common.
+    return juce::String (replaceCharacters (replaceCharacters (wide, LCMAP_UPPERCASE), LCMAP_LOWERCASE).c_str());
 }
 }

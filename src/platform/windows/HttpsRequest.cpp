@@ -8,9 +8,16 @@ struct HttpsRequest::Pimpl
 {
     explicit Pimpl (int timeout) : timeoutMs (timeout) {}
 
-    /** The stream for a new request, known to cancel(); null after that. */
+    /** The stream for a new request, known to cancel(); null after that, and for an address that is not for https. */
     juce::WebInputStream* begin (const juce::String& address)
     {
+        location.clear();
+        bodyLength = -1;
+        position = statusCode = 0;
+
+        if (! address.startsWithIgnoreCase ("https://"))
+            return nullptr;
+
         auto created = std::make_unique<juce::WebInputStream> (juce::URL::createWithoutParsing (address), false);
         created->withConnectionTimeout (timeoutMs).withNumRedirectsToFollow (0);
 

@@ -9,11 +9,12 @@ namespace platform
 juce::String productVersionOf (const juce::File& program)
 {
     constexpr DWORD fixedBlockSignature = 0xFEEF04BD;
+    constexpr DWORD largestResource = 0x100000;     // one says its own length in 16 bits; the system adds room of its own
 
     const auto path = program.getFullPathName();
     const auto size = ::GetFileVersionInfoSizeW (path.toWideCharPointer(), nullptr);
 
-    if (size == 0)
+    if (size == 0 || size > largestResource)
         return {};
 
     std::vector<juce::uint8> resource (size);

@@ -18,10 +18,20 @@ bool openPath (const juce::String& path, const juce::String& workingFolder)
     request.fMask = SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
     request.lpVerb = L"open";
     request.lpFile = path.toWideCharPointer();
-    request.lpDirectory = workingFolder.toWideCharPointer();
+    request.lpDirectory = workingFolder.isEmpty() ? nullptr : workingFolder.toWideCharPointer();
     request.nShow = SW_SHOWNORMAL;
 
     return ::ShellExecuteExW (&request) != FALSE;
+}
+
+/** Only what an address may consist of when all else in it is escaped. */
+bool isPlainAscii (const juce::String& address)
+{
+    for (auto position = address.getCharPointer(); ! position.isEmpty();)
+        if (const auto c = position.getAndAdvance(); c <= ' ' || c >= 127 || c == '"')
+            return false;
+
+    return true;
 }
 }
 
@@ -32,7 +42,9 @@ bool allowExecution (const juce::File& program)
 
 bool startProgram (const juce::File& program)
 {
-    return program.existsAsFile() && openPath (program.getFullPathName(), program.getParentDirectory().getFullPathName());
+    // Anything else would be opened by another program, and a script by a shell.
+    return program.existsAsFile() && program.hasFileExtension ("exe")
+        && openPath (program.getFullPathName(), program.getParentDirectory().getFullPathName());
 }
 
 bool openFolder (const juce::File& folder)
@@ -56,6 +68,7 @@ bool revealInFileManager (const juce::File& file)
 
 bool openAddress (const juce::String& address)
 {
-    return (address.startsWith ("https://") || address.startsWith ("mailto:")) && openPath (address, {});
+    // The browser's command line is one text, in which a quotation mark or a blank would end the address.
+    return (address.startsWith ("https://") || address.startsWith ("mailto:")) && isPlainAscii (address) && openPath (address, {});
 }
 }

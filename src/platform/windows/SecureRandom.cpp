@@ -20,7 +20,7 @@ bool fillWithSecureRandom (void* data, size_t size)
 
         if (! BCRYPT_SUCCESS (::BCryptGenRandom (nullptr, bytes + filled, (ULONG) piece, BCRYPT_USE_SYSTEM_PREFERRED_RNG)))
         {
-            wipeMemory (data, filled + piece);
+            wipeMemory (data, bytes != nullptr ? filled + piece : 0);
             return false;
         }
 

@@ -1,5 +1,6 @@
 #include "app/HubPaths.h"
 #include "app/HubSettings.h"
+#include "support/Environment.h"
 #include "support/Files.h"
 #include "support/PrivateMounts.h"
 
@@ -16,7 +17,7 @@ juce::File config()  { return in (home(), ".config"); }
 /** Gives the process another HOME, as a user with a redirected one has. */
 void moveHomeTo (const juce::File& folder)
 {
-    ::setenv ("HOME", folder.getFullPathName().toRawUTF8(), 1);
+    setEnvironment ("HOME", folder.getFullPathName());
 }
 
 const Tree allFolders { { "Vault", "folder" }, { "Runtime", "folder" }, { "Creator", "folder" }, { "Creator/Publish Drafts", "folder" } };
@@ -46,8 +47,8 @@ TEST (HubPaths, LieInTheUsersConfigurationAndLocalDataFolders)
 TEST (HubPaths, FollowNoEnvironmentVariableButHome)
 {
     const auto before = HubPaths::root().getFullPathName(), products = HubPaths::productsDirectory().getFullPathName();
-    ::setenv ("XDG_CONFIG_HOME", "/somewhere/else", 1);
-    ::setenv ("XDG_DATA_HOME", "/somewhere/else", 1);
+    setEnvironment ("XDG_CONFIG_HOME", "/somewhere/else");
+    setEnvironment ("XDG_DATA_HOME", "/somewhere/else");
 
     EXPECT_EQ (HubPaths::root().getFullPathName(), before);
     EXPECT_EQ (HubPaths::productsDirectory().getFullPathName(), products);

@@ -2,8 +2,6 @@
 #include "support/ManifestBuilder.h"
 #include "support/PrivateMounts.h"
 
-#include <sys/stat.h>
-
 using namespace zorva::test;
 
 namespace
@@ -13,13 +11,6 @@ const char* const recordFailed = "The product was copied, but its atomic install
 juce::var recordOf (const juce::String& id)
 {
     return juce::JSON::parse (HubPaths::installRecordFile())[juce::Identifier (id)];
-}
-
-int permissionsOf (const juce::File& file)
-{
-    struct stat info {};
-    EXPECT_EQ (::stat (file.getFullPathName().toRawUTF8(), &info), 0) << file.getFullPathName();
-    return (int) info.st_mode & 0777;
 }
 
 /** Puts an older installed release in place, with its record. */
@@ -44,14 +35,6 @@ TEST (InstallService, AProgramIsCopiedIntoTheProductsDirectoryAndNotRun)
     EXPECT_EQ (InstallService::findInstalledExecutable ("app").getFullPathName(), installedFile ("app/Setup One.exe").getFullPathName());
     pump (200);
     EXPECT_FALSE (isThere (witness));
-}
-
-TEST (InstallService, AnInstalledProgramMayBeRun)
-{
-    ::umask (077);
-    ASSERT_EQ (putAndInstall ("app", "setup.exe", "program"), installedTo ("app"));
-    EXPECT_NE (permissionsOf (installedFile ("app/setup.exe")) & 0100, 0);
-    EXPECT_EQ (permissionsOf (vaultFile ("app/setup.exe")) & 0111, 0) << "the vaulted installer stays what it is";
 }
 
 TEST (InstallService, TheExtensionMayBeInCapitals)

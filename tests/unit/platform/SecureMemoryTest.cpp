@@ -1,25 +1,11 @@
 #include "platform/SecureMemory.h"
+#include "support/ProcessMemory.h"
 
 #include <array>
-#include <cstring>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 
-namespace
-{
-/** What stands in the process's memory there, be it freed or not. */
-std::string memoryAt (const void* address, size_t size)
-{
-    std::string bytes (size, '\0');
-    const auto memory = ::open ("/proc/self/mem", O_RDONLY | O_CLOEXEC);
-    const auto count = ::pread (memory, bytes.data(), size, (off_t) reinterpret_cast<intptr_t> (address));
-    ::close (memory);
-    EXPECT_EQ (count, (ssize_t) size);
-    return bytes;
-}
-}
+using zorva::test::memoryAt;
 
 TEST (SecureMemory, OverwritesTheseBytesAndNoOther)
 {

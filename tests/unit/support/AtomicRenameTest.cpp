@@ -54,7 +54,7 @@ TEST (NativePath, HoldsTheSameBytes)
     const auto path = nativePath (juce::File (utf8 ("/a b/Größe/音/\xf0\x9f\x8e\xb9")));
 
     ASSERT_TRUE (path.has_value());
-    EXPECT_EQ (path->native(), "/a b/Größe/音/\xf0\x9f\x8e\xb9");
+    EXPECT_TRUE (path->generic_u8string().ends_with (u8"/a b/Größe/音/\xf0\x9f\x8e\xb9"));
 }
 
 TEST (NativePath, DoesNotDependOnTheLocale)
@@ -63,7 +63,7 @@ TEST (NativePath, DoesNotDependOnTheLocale)
     const auto path = nativePath (juce::File (utf8 ("/Größe")));
 
     ASSERT_TRUE (path.has_value());
-    EXPECT_EQ (path->native(), "/Größe");
+    EXPECT_TRUE (path->generic_u8string().ends_with (u8"/Größe"));
 }
 
 TEST (NativePath, TheEmptyPathIsNone)

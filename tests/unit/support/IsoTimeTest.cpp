@@ -1,3 +1,4 @@
+#include "support/Environment.h"
 #include "support/IsoTime.h"
 #include "support/Files.h"
 
@@ -11,7 +12,7 @@ namespace
 {
 void useTimeZone (const char* zone)
 {
-    ::setenv ("TZ", zone, 1);
+    setEnvironment ("TZ", zone);
     ::tzset();
 }
 
@@ -29,7 +30,7 @@ void writeNumbersWithAComma()
     process.readAllProcessOutput();
     ASSERT_TRUE (process.waitForProcessToFinish (10000));
 
-    ::setenv ("LOCPATH", folder.getFullPathName().toRawUTF8(), 1);
+    setEnvironment ("LOCPATH", folder.getFullPathName());
     ASSERT_NE (std::setlocale (LC_NUMERIC, "comma"), nullptr);
     ASSERT_STREQ (std::localeconv()->decimal_point, ",");
 }

@@ -1,6 +1,7 @@
 #include "support/FolderWatch.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <sys/inotify.h>
@@ -8,19 +9,27 @@
 
 namespace zorva::test
 {
-FolderWatch::FolderWatch (const juce::File& folder) : handle (::inotify_init1 (IN_NONBLOCK | IN_CLOEXEC))
+struct FolderWatch::Pimpl
 {
-    constexpr uint32_t mask = IN_CREATE | IN_MOVED_TO | IN_DELETE | IN_MOVED_FROM | IN_CLOSE_NOWRITE | IN_ONLYDIR;
+    explicit Pimpl (const juce::File& folder) : handle (::inotify_init1 (IN_NONBLOCK | IN_CLOEXEC))
+    {
+        constexpr uint32_t mask = IN_CREATE | IN_MOVED_TO | IN_DELETE | IN_MOVED_FROM | IN_CLOSE_NOWRITE | IN_ONLYDIR;
 
-    if (handle < 0 || ::inotify_add_watch (handle, folder.getFullPathName().toRawUTF8(), mask) < 0)
-        ADD_FAILURE() << "Could not watch " << folder.getFullPathName() << ": " << std::strerror (errno);
-}
+        if (handle < 0 || ::inotify_add_watch (handle, folder.getFullPathName().toRawUTF8(), mask) < 0)
+            ADD_FAILURE() << "Could not watch " << folder.getFullPathName() << ": " << std::strerror (errno);
+    }
 
-FolderWatch::~FolderWatch()
-{
-    if (handle >= 0)
-        ::close (handle);
-}
+    ~Pimpl()
+    {
+        if (handle >= 0)
+            ::close (handle);
+    }
+
+    const int handle;
+};
+
+FolderWatch::FolderWatch (const juce::File& folder) : pimpl (std::make_unique<Pimpl> (folder)) {}
+FolderWatch::~FolderWatch() = default;
 
 const std::vector<std::string>& FolderWatch::events()
 {
@@ -28,7 +37,7 @@ const std::vector<std::string>& FolderWatch::events()
 
     for (;;)
     {
-        const auto size = ::read (handle, buffer, sizeof (buffer));
+        const auto size = ::read (pimpl->handle, buffer, sizeof (buffer));
 
         if (size <= 0)
             return collected;

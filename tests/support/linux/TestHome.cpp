@@ -1,4 +1,5 @@
 #include "support/TestHome.h"
+#include "support/Environment.h"
 #include "support/PrivateMounts.h"
 
 #include <cerrno>
@@ -39,11 +40,11 @@ TestHome::TestHome()
     folder = isConfined ? disk : makeLooseFolder();
     home = makeFolder (folder.getFullPathName() + "/home");
 
-    ::setenv ("HOME", home.getFullPathName().toRawUTF8(), 1);
-    ::setenv ("TMPDIR", makeFolder (folder.getFullPathName() + "/tmp").getFullPathName().toRawUTF8(), 1);
+    setEnvironment ("HOME", home.getFullPathName());
+    setEnvironment ("TMPDIR", makeFolder (folder.getFullPathName() + "/tmp").getFullPathName());
 
     for (const char* name : { "http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY", "all_proxy" })
-        ::unsetenv (name);
+        removeFromEnvironment (name);
 }
 
 TestHome::~TestHome()

@@ -96,11 +96,6 @@ bool bind (const juce::File& what, const juce::File& where)
     return ::mount (what.getFullPathName().toRawUTF8(), where.getFullPathName().toRawUTF8(), nullptr, MS_BIND, nullptr) == 0;
 }
 
-void unmount (const juce::File& path)
-{
-    ::umount2 (path.getFullPathName().toRawUTF8(), MNT_DETACH);
-}
-
 std::vector<juce::File> foldersThatStayWritable()
 {
     std::vector<juce::File> folders;
@@ -140,6 +135,15 @@ unsigned long restrictionsOf (const juce::File& path)
 
     return result;
 }
+
+/** What is mounted at a path, until the end. */
+struct Mount
+{
+    explicit Mount (const juce::File& where) : path (where) {}
+    ~Mount()    { ::umount2 (path.getFullPathName().toRawUTF8(), MNT_DETACH); }
+
+    const juce::File path;
+};
 }
 
 //==============================================================================
@@ -187,61 +191,71 @@ bool PrivateMounts::showInPlaceOf (const juce::File& what, const juce::File& whe
 }
 
 //==============================================================================
-BusyPath::BusyPath (const juce::File& existing) : path (existing)
+struct BusyPath::Hold : Mount
 {
-    report (PrivateMounts::problem().isEmpty() && bind (path, path), "the path itself", path);
+    using Mount::Mount;
+};
+
+BusyPath::BusyPath (const juce::File& existing) : hold (std::make_unique<Hold> (existing))
+{
+    report (PrivateMounts::problem().isEmpty() && bind (existing, existing), "the path itself", existing);
 }
 
-BusyPath::~BusyPath()
-{
-    unmount (path);
-}
-
-ReadOnlyFolder::ReadOnlyFolder (const juce::File& existing) : path (existing)
-{
-    const auto restrictions = restrictionsOf (path);
-    report (PrivateMounts::problem().isEmpty() && bind (path, path)
-                && ::mount (nullptr, path.getFullPathName().toRawUTF8(), nullptr,
-                            MS_REMOUNT | MS_BIND | MS_RDONLY | restrictions, nullptr) == 0,
-            "a read-only view", path);
-}
-
-ReadOnlyFolder::~ReadOnlyFolder()
-{
-    unmount (path);
-}
+BusyPath::~BusyPath() = default;
 
 //==============================================================================
-SmallDisk::SmallDisk (const juce::File& existing, int numberOfFiles) : path (existing)
+struct ReadOnlyFolder::Hold : Mount
+{
+    using Mount::Mount;
+};
+
+ReadOnlyFolder::ReadOnlyFolder (const juce::File& existing) : hold (std::make_unique<Hold> (existing))
+{
+    const auto restrictions = restrictionsOf (existing);
+    report (PrivateMounts::problem().isEmpty() && bind (existing, existing)
+                && ::mount (nullptr, existing.getFullPathName().toRawUTF8(), nullptr,
+                            MS_REMOUNT | MS_BIND | MS_RDONLY | restrictions, nullptr) == 0,
+            "a read-only view", existing);
+}
+
+ReadOnlyFolder::~ReadOnlyFolder() = default;
+
+//==============================================================================
+struct SmallDisk::Hold : Mount
+{
+    using Mount::Mount;
+
+    /** A new file's handle, or below 0 when there is no room for one. */
+    int addFiller()
+    {
+        const juce::File next (path.getFullPathName() + "/filler" + juce::String (filler.size()));
+        const auto handle = ::open (next.getFullPathName().toRawUTF8(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+
+        if (handle >= 0)
+            filler.add (next);
+
+        return handle;
+    }
+
+    juce::Array<juce::File> filler;
+};
+
+SmallDisk::SmallDisk (const juce::File& existing, int numberOfFiles) : hold (std::make_unique<Hold> (existing))
 {
     // The disk's own top folder counts as one.
     const auto options = "size=4m,mode=700,nr_inodes=" + juce::String (numberOfFiles + 1);
     report (PrivateMounts::problem().isEmpty()
-                && ::mount ("tmpfs", path.getFullPathName().toRawUTF8(), "tmpfs", 0, options.toRawUTF8()) == 0,
-            "a small disk", path);
+                && ::mount ("tmpfs", existing.getFullPathName().toRawUTF8(), "tmpfs", 0, options.toRawUTF8()) == 0,
+            "a small disk", existing);
 }
 
-SmallDisk::~SmallDisk()
-{
-    unmount (path);
-}
-
-int SmallDisk::addFiller()
-{
-    const juce::File next (path.getFullPathName() + "/filler" + juce::String (filler.size()));
-    const auto handle = ::open (next.getFullPathName().toRawUTF8(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-
-    if (handle >= 0)
-        filler.add (next);
-
-    return handle;
-}
+SmallDisk::~SmallDisk() = default;
 
 void SmallDisk::fill()
 {
     for (int i = 0; i < 10000; ++i)
     {
-        const auto handle = addFiller();
+        const auto handle = hold->addFiller();
 
         if (handle < 0)
             return;
@@ -249,28 +263,28 @@ void SmallDisk::fill()
         ::close (handle);
     }
 
-    ADD_FAILURE() << "The small disk does not fill up: " << path.getFullPathName();
+    ADD_FAILURE() << "The small disk does not fill up: " << hold->path.getFullPathName();
 }
 
 void SmallDisk::fillWithBytes()
 {
     constexpr int pageSize = 4096;
     const std::vector<char> page (pageSize, 'f');
-    const auto handle = addFiller();
+    const auto handle = hold->addFiller();
     bool full = false;
 
     for (int i = 0; handle >= 0 && ! full && i < 10000; ++i)
         full = ::write (handle, page.data(), page.size()) != (ssize_t) page.size();
 
     ::close (handle);
-    EXPECT_TRUE (full) << "The small disk does not fill up: " << path.getFullPathName();
+    EXPECT_TRUE (full) << "The small disk does not fill up: " << hold->path.getFullPathName();
 }
 
 void SmallDisk::clear()
 {
-    for (const auto& file : filler)
+    for (const auto& file : hold->filler)
         ::unlink (file.getFullPathName().toRawUTF8());
 
-    filler.clear();
+    hold->filler.clear();
 }
 }

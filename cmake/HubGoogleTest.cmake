@@ -1,0 +1,15 @@
+# GTest::gtest, of the system, or built from the sources that HUB_GOOGLETEST_DIR names.
+set(HUB_GOOGLETEST_DIR "" CACHE PATH "unpacked GoogleTest source; empty: an installed one")
+
+if(HUB_GOOGLETEST_DIR)
+  set(BUILD_GMOCK OFF)
+  set(INSTALL_GTEST OFF)
+  set(gtest_disable_pthreads ON)
+  add_subdirectory("${HUB_GOOGLETEST_DIR}" googletest EXCLUDE_FROM_ALL)
+  if(NOT TARGET GTest::gtest)
+    add_library(GTest::gtest ALIAS gtest)
+  endif()
+else()
+  find_package(GTest REQUIRED)
+endif()
+include(GoogleTest)

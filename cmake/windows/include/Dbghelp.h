@@ -1,0 +1,5 @@
+#pragma once
+
+// Under the name that JUCE uses, on a file system that tells capitals apart.
+
+#include <dbghelp.h>

@@ -1,0 +1,12 @@
+#include "ui/KeepingFocus.h"
+
+void setEnabledKeepingFocus (juce::Component& control, bool shouldBeEnabled)
+{
+    const auto* const parent = control.getParentComponent();
+    const bool parentTakesIt = parent != nullptr && parent->getWantsKeyboardFocus();
+
+    if (! shouldBeEnabled && ! parentTakesIt && control.hasKeyboardFocus (false))
+        control.moveKeyboardFocusToSibling (false);
+
+    control.setEnabled (shouldBeEnabled);
+}

@@ -1,0 +1,7 @@
+#include "support/PipeFolder.h"
+
+namespace zorva::test
+{
+// Pipes lie in a place of their own here, not in the file system.
+void makePipeFolderPrivate() {}
+}

@@ -1,0 +1,131 @@
+#include "DetailPaneScene.h"
+#include "HubRun.h"
+#include "HubWorld.h"
+#include "ui/KeepingFocus.h"
+
+using namespace zorva::test;
+
+namespace
+{
+Product app (const juce::String& id)    { return applicationOf (id, "2.0.0", "setup of " + id.toStdString()); }
+
+/** The library with two products that can be installed. */
+struct LibraryScene
+{
+    LibraryScene()
+    {
+        stayOffline();
+        std::vector<Product> products;
+
+        for (const auto* id : { "first", "second", "third", "fourth", "fifth", "sixth", "seventh" })
+        {
+            products.push_back (app (id));
+            putInVault (app (id), "setup.exe", "setup of " + std::string (id));
+        }
+
+        putLocalManifest (products);
+        run = std::make_unique<HubRun>();
+        pump (30);
+    }
+
+    std::unique_ptr<HubRun> run;
+};
+
+juce::Component* focused()    { return juce::Component::getCurrentlyFocusedComponent(); }
+}
+
+//==============================================================================
+TEST (KeepingFocus, ADisabledControlHandsItToTheOneBefore)
+{
+    HubLook look;
+    juce::Component page;
+    juce::TextButton before ("before"), control ("control"), after ("after");
+    int x = 0;
+
+    for (auto* button : { &before, &control, &after })
+    {
+        page.addAndMakeVisible (button);
+        button->setBounds (100 * x++, 0, 90, 30);
+    }
+
+    page.setSize (300, 30);
+    HeadlessWindow window (page);
+    control.grabKeyboardFocus();
+    setEnabledKeepingFocus (control, false);
+    EXPECT_EQ (focused(), &before);
+    EXPECT_FALSE (control.isEnabled());
+
+    setEnabledKeepingFocus (control, true);
+    EXPECT_EQ (focused(), &before) << "it is not taken back";
+
+    control.grabKeyboardFocus();
+    page.setWantsKeyboardFocus (true);
+    setEnabledKeepingFocus (control, false);
+    EXPECT_EQ (focused(), &page);
+    page.removeAllChildren();
+}
+
+TEST (KeepingFocus, TheDetailsKeepItWhenTheirButtonBeginsToWork)
+{
+    for (const auto state : { ProductCardState::downloading, ProductCardState::installing })
+    {
+        PaneScene scene;
+        scene.pane.setOnline (true);
+        scene.pane.setModel (someModel());
+        scene.primary().grabKeyboardFocus();
+        ASSERT_EQ (focused(), &scene.primary());
+
+        scene.pane.setModel (someModel (state));
+        EXPECT_EQ (focused(), &scene.close());
+        scene.window->key (juce::KeyPress::tabKey);
+        EXPECT_EQ (focused(), &scene.reveal()) << "Tab goes on from there";
+    }
+}
+
+TEST (KeepingFocus, TheDetailsKeepItWhenTheConnectionGoes)
+{
+    PaneScene scene;
+    scene.pane.setOnline (true);
+    scene.pane.setModel (someModel());
+    scene.primary().grabKeyboardFocus();
+    scene.pane.setOnline (false);
+    EXPECT_EQ (focused(), &scene.close());
+}
+
+TEST (KeepingFocus, ACardTakesItFromItsButton)
+{
+    LibraryScene scene;
+    auto& run = *scene.run;
+    run.primary ("first").grabKeyboardFocus();
+    run.window->key (juce::KeyPress::spaceKey);
+    EXPECT_TRUE (pumpUntil ([&] { return focused() != &run.primary ("first"); }));
+    EXPECT_EQ (focused(), run.card ("first"));
+    run.takeBox();
+}
+
+TEST (KeepingFocus, ClosingTheDetailsByTheKeyboardLeadsBackToTheCard)
+{
+    LibraryScene scene;
+    auto& run = *scene.run;
+    run.card ("seventh")->grabKeyboardFocus();
+    run.window->key (juce::KeyPress::returnKey);
+    ASSERT_EQ (run.shownInPane(), "seventh");
+
+    below<juce::Button> (run.pane(), "closeButton").grabKeyboardFocus();
+    run.window->key (juce::KeyPress::spaceKey);
+    EXPECT_EQ (run.shownInPane(), "(closed)");
+    EXPECT_EQ (focused(), run.card ("seventh"));
+
+    const auto place = run.library().getLocalArea (run.card ("seventh"), run.card ("seventh")->getLocalBounds());
+    EXPECT_TRUE (run.library().getLocalBounds().contains (place)) << place.toString();
+}
+
+TEST (KeepingFocus, ClosingTheDetailsByTheMouseLeavesNoRing)
+{
+    LibraryScene scene;
+    auto& run = *scene.run;
+    run.select ("first");
+    run.window->click (below (run.pane(), "closeButton"));
+    EXPECT_EQ (run.shownInPane(), "(closed)");
+    EXPECT_EQ (focused(), nullptr);
+}
