@@ -24,7 +24,7 @@ import time
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
 FAILURES = re.compile(r"JUCE Assertion failure|Leaked objects detected")
-WITHOUT_DISPLAY = ("hub_unit_platform", "hub_unit_support", "hub_unit_app", "hub_unit_creator")
+WITHOUT_DISPLAY = ("hub_unit_support", "hub_unit_app", "hub_unit_creator")
 INSIDE = "HUB_TEST_CONFINED"
 
 
@@ -79,7 +79,7 @@ class Prefix:
         self.folder = folder
         self.environment = {
             **{k: v for k, v in os.environ.items() if not k.lower().endswith("_proxy") and k != "DISPLAY"},
-            "WINEPREFIX": str(folder), "WINEARCH": "win64", "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe=",
+            "WINEPREFIX": str(folder), "WINEARCH": "win64", "WINEDEBUG": "-all", "WINE_D3D_CONFIG": "renderer=no3d", "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe=",
             "HUB_TEST_HOST": rf"\\?\unix{HERE}/on-host",
         }
         if display:
@@ -178,7 +178,7 @@ def main():
     parser.add_argument("--only", default="", help="a regular expression over Suite.Test")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--programs", default="*", help="which programs, as a pattern: hub_unit_*")
-    parser.add_argument("--limit", type=int, default=120, help="seconds after which a test has failed")
+    parser.add_argument("--limit", type=int, default=240, help="seconds after which a test has failed")
     arguments = parser.parse_args()
     build = arguments.build.resolve()
     prefixes = PROJECT / "build/wine"

@@ -28,8 +28,8 @@ juce::String foldCase (const juce::String& text)
     const auto own = text;
     const std::wstring wide (own.toWideCharPointer());
 
-    // First to upper case, by which the file system compares: several lower-case letters, such as the two forms of the Greek sigma,
-    // have one upper-case letter in common.
+    // First to upper case, by which the file system compares: letters that have their upper case in common are one to it, whatever
+    // their lower case is.
     return juce::String (replaceCharacters (replaceCharacters (wide, LCMAP_UPPERCASE), LCMAP_LOWERCASE).c_str());
 }
 }

@@ -70,11 +70,8 @@ TestHome::TestHome()
 {
     const auto temporary = juce::File::getSpecialLocation (juce::File::tempDirectory).getFullPathName();
     const juce::File root (juce::SystemStats::getEnvironmentVariable ("HUB_TEST_ROOT", temporary));
-    folder = makeFolder (root.getChildFile ("zorva-hub-test-" + juce::String ((juce::int64) ::GetCurrentProcessId())));
-
-    if (! folder.deleteRecursively())
-        giveUp ("An earlier test's folder could not be removed: " + folder.getFullPathName());
-
+    const auto number = juce::String ((juce::int64) ::GetCurrentProcessId()) + "-" + juce::String (juce::Time::currentTimeMillis());
+    folder = makeFolder (root.getChildFile ("zorva-hub-test-" + number));    // the system uses the numbers of processes again
     home = makeFolder (folder.getChildFile ("home"));
     isConfined = PrivateMounts::confineTo (folder);
     takeRegistryOfItsOwn (home);

@@ -16,7 +16,11 @@ int main (int argc, char** argv)
     if (GTEST_FLAG_GET (list_tests))
         return RUN_ALL_TESTS();
 
-    std::setlocale (LC_CTYPE, ".UTF-8");
+
+    // The older of the system's two C libraries has no such locale, but letters of every script in the user's own.
+    if (std::setlocale (LC_CTYPE, ".UTF-8") == nullptr)
+        std::setlocale (LC_CTYPE, "");
+
     const zorva::test::TestHome home;
 
     // The framework takes itself for a plug-in in a process that has no application.

@@ -11,7 +11,8 @@
 
 namespace
 {
-const juce::String firstKey ("sk-first_KEY.0123456789"), secondKey ("sk-second-KEY");
+// Of one size: Wine's vault, unlike the real one, breaks when an entry's size changes while another thread reads it.
+const juce::String firstKey ("sk-first_KEY.0123456789"), secondKey ("sk-other_KEY.9876543210");
 
 const wchar_t* const target = L"ZORVA_DAW/Hub/OpenAI/default";
 
