@@ -57,6 +57,13 @@ bool isBelow (const std::filesystem::path& parent, const std::filesystem::path& 
     return inChild != child.end();
 }
 
+/** Decided by the text alone. Only to ask for a path on a network share would name this user to a stranger's machine, and wait for it. */
+bool haveTheSameVolume (const juce::File& a, const juce::File& b)
+{
+    const auto first = nativePath (a), second = nativePath (b);
+    return first.has_value() && second.has_value() && haveEqualText (first->root_name(), second->root_name());
+}
+
 bool isDirectChild (const std::filesystem::path& parent, const juce::File& child)
 {
     const auto name = child.getFileName();
@@ -162,7 +169,7 @@ bool isCanonicallyInside (const juce::File& parent, const juce::File& child, boo
     {
         std::filesystem::path parentPath, childPath;
 
-        if (! canonicalPath (parent, parentPath))
+        if (! haveTheSameVolume (parent, child) || ! canonicalPath (parent, parentPath))
             return false;
 
         if (directChildOnly)

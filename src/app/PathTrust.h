@@ -23,7 +23,8 @@ bool isReparseOrSymlink (const juce::File& file);
 bool hasNoReparseAncestry (const juce::File& file);
 
 /** Where child really leads lies inside parent, compared component by component without regard to case. The parent is not
-    inside itself. With directChildOnly the child's parent directory must be the parent. */
+    inside itself. With directChildOnly the child's parent directory must be the parent. A child on another volume or network share
+    is refused by its text, before anything is looked up. */
 bool isCanonicallyInside (const juce::File& parent, const juce::File& child, bool directChildOnly);
 
 /** root is a directory without redirections in its ancestry, child lies inside it, and child's ancestry has no redirection

@@ -173,15 +173,16 @@ bool InstallService::finishApplicationInstall (PromotionTransaction& transaction
 //==============================================================================
 bool InstallService::isOwnedInstallPath (const juce::String& id, const juce::File& file)
 {
-    if (! PathTrust::isSafeIdentity (id) || ! file.existsAsFile() || PathTrust::isReparseOrSymlink (file)
-         || ! file.hasFileExtension ("exe"))
+    if (! PathTrust::isSafeIdentity (id) || ! file.hasFileExtension ("exe"))
         return false;
 
+    // The file itself is asked for last: a record may name one on any machine of the network.
     const auto directory = ProductPrograms::directoryOf (id);
 
     return directory.isDirectory()
         && PathTrust::hasNoReparseAncestry (directory)
         && PathTrust::isCanonicallyInside (directory, file, false)
+        && file.existsAsFile()
         && PathTrust::hasNoReparseAncestry (file);
 }
 

@@ -5,9 +5,10 @@
 
 namespace zorva::test
 {
-/** Mounts that this test process alone sees, where the system has such: on Windows there is only BusyPath. They provoke what permissions cannot, since root ignores those: paths that can be
-    neither moved nor removed, folders that cannot be written, disks that are full, and the system's list of certificate
-    authorities. What is mounted vanishes with the process. A mount that cannot be made fails the test with the reason. */
+/** Mounts that this test process alone sees, where the system has such. They provoke what permissions cannot, since root ignores
+    those: paths that can be neither moved nor removed, folders that cannot be written, disks that are full, and the system's list
+    of certificate authorities. What is mounted vanishes with the process. A mount that cannot be made fails the test with the
+    reason. Windows itself offers a process BusyPath alone; under Wine the machine around it makes the others. */
 namespace PrivateMounts
 {
 /** Gives the process a mount namespace of its own, with a user namespace where the user is not root. Call first thing in main,

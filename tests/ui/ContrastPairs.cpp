@@ -30,23 +30,6 @@ Named over (const Named& ground, const Named& layer)
     return { layer.name + " over " + ground.name, ground.colour.overlaidWith (layer.colour) };
 }
 
-const Named window { "windowBackground", HubPalette::windowBackground }, surface { "surface", HubPalette::surface },
-    raised { "raised", HubPalette::raised }, panel { "panel", HubPalette::panel }, dark { "inverseText", HubPalette::inverseText },
-    accent { "accent", HubPalette::accent }, action { "action", HubPalette::action }, primary { "textPrimary", HubPalette::textPrimary },
-    secondary { "textSecondary", HubPalette::textSecondary }, success { "success", HubPalette::success },
-    warning { "warning", HubPalette::warning }, bright { "actionBright", HubPalette::actionBright };
-
-const Named strong { "accent, 0.52 darker", HubPalette::accent.darker (0.52f) }, library { "action, 0.48 darker", HubPalette::action.darker (0.48f) },
-    chip { "action, 0.42 darker", HubPalette::action.darker (0.42f) },
-    wizardBody { "textSecondary, 0.25 brighter", HubPalette::textSecondary.brighter (0.25f) };
-
-// What stands on artwork of its own.
-const Named noticeInk { "#F5FBFF", juce::Colour (0xfff5fbff) }, noticeLeft { "#0B2532, left end", juce::Colour (0xff0b2532) },
-    noticeRight { "#241208, right end", juce::Colour (0xff241208) }, heading { "#46D7FF", juce::Colour (0xff46d7ff) },
-    packsLeft { "#28130D, left end", juce::Colour (0xff28130d) }, packsRight { "#102631, right end", juce::Colour (0xff102631) },
-    stripInk { "#C1CAD6", juce::Colour (0xffc1cad6) },
-    stripWorst { "the strip over white", juce::Colours::white.overlaidWith (juce::Colour (0xb8000000)) };
-
 const char* const ownNumbers = "both colours are the design's own numbers";
 const char* const orangeButton = "the design's own numbers; the tooltip says the same in light on dark";
 const char* const ringOnFill = "the design's own numbers and place; its outer edge meets the card, on which it has 5.00";
@@ -63,6 +46,24 @@ struct Row
 std::vector<Row> rows()
 {
     using Use = ContrastUse;
+
+    const Named window { "windowBackground", HubPalette::windowBackground }, surface { "surface", HubPalette::surface },
+        raised { "raised", HubPalette::raised }, panel { "panel", HubPalette::panel }, dark { "inverseText", HubPalette::inverseText },
+        accent { "accent", HubPalette::accent }, action { "action", HubPalette::action }, primary { "textPrimary", HubPalette::textPrimary },
+        secondary { "textSecondary", HubPalette::textSecondary }, success { "success", HubPalette::success },
+        warning { "warning", HubPalette::warning }, bright { "actionBright", HubPalette::actionBright };
+
+    const Named strong { "accent, 0.52 darker", HubPalette::accent.darker (0.52f) }, library { "action, 0.48 darker", HubPalette::action.darker (0.48f) },
+        chip { "action, 0.42 darker", HubPalette::action.darker (0.42f) },
+        wizardBody { "textSecondary, 0.25 brighter", HubPalette::textSecondary.brighter (0.25f) };
+
+    // What stands on artwork of its own.
+    const Named noticeInk { "#F5FBFF", juce::Colour (0xfff5fbff) }, noticeLeft { "#0B2532, left end", juce::Colour (0xff0b2532) },
+        noticeRight { "#241208, right end", juce::Colour (0xff241208) }, heading { "#46D7FF", juce::Colour (0xff46d7ff) },
+        packsLeft { "#28130D, left end", juce::Colour (0xff28130d) }, packsRight { "#102631, right end", juce::Colour (0xff102631) },
+        stripInk { "#C1CAD6", juce::Colour (0xffc1cad6) },
+        stripWorst { "the strip over white", juce::Colours::white.overlaidWith (juce::Colour (0xb8000000)) };
+
     const auto messageBox = HubLookAndFeel();
     const auto colour = [&messageBox] (int id) { return messageBox.findColour (id); };
 

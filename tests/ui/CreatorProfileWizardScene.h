@@ -87,6 +87,7 @@ struct WizardScene
     void expectBox (juce::MessageBoxIconType icon, const char* title, const juce::String& message,
                     const juce::StringArray& buttons = { "OK" }, const char* press = "OK")
     {
+        pumpUntil ([] { return currentAlert() != nullptr; });    // one that follows another may come a message later
         auto* const box = currentAlert();
         ASSERT_NE (box, nullptr) << "no box \"" << title << "\"";
         EXPECT_EQ (box->getAlertType(), icon);

@@ -62,7 +62,7 @@ juce::Rectangle<int> drawnArea (const juce::Image& tile)
 }
 
 const juce::Rectangle<int> samplerBox (9, 9, 306 - 18, 190 - 15);
-const auto boxFill = over (HubPalette::panel, HubPalette::accent, 0.1f);
+juce::Colour boxFill()    { return over (HubPalette::panel, HubPalette::accent, 0.1f); }
 }
 
 //==============================================================================
@@ -74,9 +74,9 @@ TEST (GalleryTiles, TheSamplersStandInABoxOfTheAccent)
         const auto tile = tilePicture (item);
 
         EXPECT_EQ (distanceOf (drawnArea (tile).toFloat(), samplerBox.toFloat()), "");
-        EXPECT_GT (pixelsOf (tile, boxFill, samplerBox), samplerBox.getWidth() * samplerBox.getHeight() / 4);
+        EXPECT_GT (pixelsOf (tile, boxFill(), samplerBox), samplerBox.getWidth() * samplerBox.getHeight() / 4);
         EXPECT_EQ (pixelsOf (tile, HubPalette::panel, { 3, 3, 300, 5 }), 300 * 5) << "nothing above the box";
-        EXPECT_GT (pixelsOf (tile, over (boxFill, HubPalette::accent, 0.55f), samplerBox), 50) << "the strokes";
+        EXPECT_GT (pixelsOf (tile, over (boxFill(), HubPalette::accent, 0.55f), samplerBox), 50) << "the strokes";
         EXPECT_EQ (pixelsOf (tile, HubPalette::accent, samplerBox), 0) << "none is opaque";
     }
 }
@@ -87,10 +87,10 @@ TEST (GalleryTiles, TheDrumSamplerHasFourRowsOfFourPads)
     int acrossRows = 0, acrossColumns = 0;
 
     for (int y = samplerBox.getY() + 4; y < samplerBox.getBottom() - 4; ++y)
-        acrossRows = std::max (acrossRows, strokesAlong (tile, { 3, y }, { 1, 0 }, 300, boxFill));
+        acrossRows = std::max (acrossRows, strokesAlong (tile, { 3, y }, { 1, 0 }, 300, boxFill()));
 
     for (int x = samplerBox.getX() + 4; x < samplerBox.getRight() - 4; ++x)
-        acrossColumns = std::max (acrossColumns, strokesAlong (tile, { x, 3 }, { 0, 1 }, 184, boxFill));
+        acrossColumns = std::max (acrossColumns, strokesAlong (tile, { x, 3 }, { 0, 1 }, 184, boxFill()));
 
     // The box itself has two sides, and so has each pad.
     EXPECT_EQ (acrossRows, 2 + 4 * 2);
@@ -109,7 +109,7 @@ TEST (GalleryTiles, TheSamplerHasAWaveform)
         int top = 0, bottom = 0;
 
         for (int y = inside.getY(); y < inside.getBottom(); ++y)
-            if (strength (tile.getPixelAt (x, y), boxFill, HubPalette::accent) > 0.2f)
+            if (strength (tile.getPixelAt (x, y), boxFill(), HubPalette::accent) > 0.2f)
             {
                 top = top == 0 ? y : top;
                 bottom = y;
