@@ -3,9 +3,11 @@
 
     runner.py --binary FILE --samples FOLDER --certificates FOLDER --killer FILE --scratch FOLDER --pictures FOLDER [PATTERN...]
 
-PATTERN: only tests whose name contains one of these."""
+PATTERN: only tests whose name contains one of these. A Windows program runs under Wine, without the tests that
+left-out-on-windows.txt names."""
 
 import argparse
+import fnmatch
 import sys
 import time
 import unittest
@@ -17,6 +19,7 @@ SERVER_TOOL = PROJECT / "tools" / "catalogue-server"
 CLIENT_TOOL = PROJECT / "tools" / "broker-client"
 sys.path[:0] = [str(HERE), str(SERVER_TOOL), str(CLIENT_TOOL)]
 
+from lib import hubs  # noqa: E402
 from lib.case import World  # noqa: E402
 from lib.screen import Screen  # noqa: E402
 
@@ -55,13 +58,40 @@ class Reporter(unittest.TextTestResult):
             print((self.failures + self.errors)[-1][1], flush=True)
 
 
-def chosen(suite, patterns):
-    """The tests whose name contains one of the patterns; all of them without patterns."""
+def tests_in(suite):
+    """Every test of a suite of suites."""
     for item in suite:
         if isinstance(item, unittest.TestSuite):
-            yield from chosen(item, patterns)
-        elif not patterns or any(pattern in item.id() for pattern in patterns):
+            yield from tests_in(item)
+        else:
             yield item
+
+
+class LeftOut:
+    """What left-out-on-windows.txt names: lines "pattern | reason"."""
+
+    def __init__(self):
+        lines = (HERE / "left-out-on-windows.txt").read_text(encoding="utf-8").splitlines()
+        entries = [[part.strip() for part in line.split("|", 1)] for line in lines if line.strip() and not line.startswith("#")]
+        self._reasons = {f"test_{pattern}": reason for pattern, reason in entries}
+        self._unused = set(self._reasons)
+        self.tests = []         # pairs of name and reason
+
+    def takes(self, test) -> bool:
+        """Whether this test is left out; it is then counted."""
+        hits = [pattern for pattern in self._reasons if fnmatch.fnmatchcase(test.id(), pattern)]
+        self._unused -= set(hits)
+        self.tests += [(test.id().removeprefix("test_"), self._reasons[pattern]) for pattern in hits[:1]]
+        return bool(hits)
+
+    def tell(self) -> None:
+        for name, reason in self.tests:
+            print(f"left out  {name}: {reason}")
+
+    def assert_used(self) -> None:
+        """An entry that names nothing is a mistake, which would hide others."""
+        if self._unused:
+            sys.exit("left-out-on-windows.txt names tests that do not exist: " + ", ".join(sorted(self._unused)))
 
 
 def main() -> int:
@@ -75,10 +105,16 @@ def main() -> int:
     World.project = PROJECT
 
     loader = unittest.TestLoader()
-    suite = unittest.TestSuite()
-    for folder in (SERVER_TOOL / "tests", CLIENT_TOOL / "tests", HERE):
-        suite.addTests(chosen(loader.discover(str(folder), top_level_dir=str(folder)), options.patterns))
+    left_out = LeftOut() if hubs.is_for_windows(World.binary) else None
+    # The tools run on this machine whatever the Hub runs on.
+    folders = (HERE,) if left_out else (SERVER_TOOL / "tests", CLIENT_TOOL / "tests", HERE)
+    tests = [test for folder in folders for test in tests_in(loader.discover(str(folder), top_level_dir=str(folder)))]
+    if left_out:
+        tests = [test for test in tests if not left_out.takes(test)]
+        left_out.assert_used()
+    suite = unittest.TestSuite(test for test in tests if not options.patterns or any(pattern in test.id() for pattern in options.patterns))
 
+    hubs.prepare(World.binary, World.scratch)
     World.screen = Screen()
     result = Reporter(unittest.runner._WritelnDecorator(sys.stdout), True, 1)
     result.passed_tests = 0
@@ -89,7 +125,10 @@ def main() -> int:
     # A class that could not be set up is no test, but it is a failure.
     not_even_begun = [test for test, _ in result.errors if not isinstance(test, unittest.TestCase)]
     failed = result.testsRun - result.passed_tests + len(not_even_begun)
-    print(f"{result.passed_tests} passed, {failed} failed", flush=True)
+    if left_out and not options.patterns:
+        left_out.tell()
+    count = f", {len(left_out.tests)} left out" if left_out else ""
+    print(f"{result.passed_tests} passed, {failed} failed{count}", flush=True)
     return 0 if failed == 0 and result.passed_tests > 0 else 1
 
 

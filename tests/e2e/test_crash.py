@@ -4,7 +4,6 @@ import shutil
 
 from lib.case import HubTest, World
 from lib.hub import sha256_of
-from lib.waiting import wait_for
 
 DAW, BEATPAD, PACK = "zorva-daw", "zorva-beatpad", "zorva-foundry-staples"
 NOTICE = "ZORVA Hub Recovery Notice"
@@ -43,11 +42,10 @@ class Crash(HubTest):
                 self.assertEqual(outcome, "old", f"what was not committed goes: {point}")
 
     def crash_at(self, point, act, check):
-        self.hub.start(environment={"LD_PRELOAD": str(World.killer), "HUB_KILL_AT": point})
+        self.hub.start_to_crash_at(point, World.killer)
         self.hub.wait_online()
         act()
-        wait_for(lambda: self.hub.process.poll() is not None, "the crash", 20)
-        self.assertEqual(self.hub.process.returncode, -9)
+        self.hub.wait_for_crash()
         self.hub.start()
         self.take_notice()
         outcome = check()

@@ -30,9 +30,9 @@ class Application(HubTest):
         self.install()
         program = self.hub.products / BEATPAD / "ZORVA-Beatpad-1.2.0.exe"
         self.assertEqual(tree(self.hub.products), {f"{BEATPAD}/{program.name}": self.shop.original(program.name).read_bytes()})
-        self.assertTrue(os.access(program, os.X_OK))
+        self.assertTrue(self.hub.can_be_started(program))
         self.assertEqual(list(self.hub.installed()), [BEATPAD])
-        self.assertEqual(self.hub.installed()[BEATPAD]["path"], str(program))
+        self.assertEqual(self.hub.installed()[BEATPAD]["path"], self.hub.recorded_path(program))
         self.assertEqual(self.hub.started_programs, [])
         self.assert_vaulted(BEATPAD)
         self.assert_no_leftovers()
@@ -43,8 +43,8 @@ class Application(HubTest):
         self.install()
         self.assertEqual(tree(self.hub.products / STAGEWELL), entries(self.shop.original("ZORVA-Stagewell-2.4.0.zip")))
         program = self.hub.products / STAGEWELL / "Stagewell" / "Program" / "ZORVA Stagewell.exe"
-        self.assertEqual(self.hub.installed()[STAGEWELL]["path"], str(program))
-        self.assertTrue(os.access(program, os.X_OK))
+        self.assertEqual(self.hub.installed()[STAGEWELL]["path"], self.hub.recorded_path(program))
+        self.assertTrue(self.hub.can_be_started(program))
         self.assert_no_leftovers()
 
     def test_an_install_asked_for_during_another_waits_its_turn(self):
@@ -111,11 +111,11 @@ class Open(HubTest):
             self.download(index)
             self.install(index)
         folders = (self.hub.products / BEATPAD, self.hub.products / STAGEWELL / "Stagewell" / "Program")
-        expected = [f"ZORVA Beatpad 1.2.0 arguments=0 umask=027 folder={folders[0]}",
-                    f"ZORVA Stagewell 2.4.0 arguments=0 umask=027 folder={folders[1]}"]
+        expected = [self.hub.mark_of("ZORVA Beatpad 1.2.0", folders[0], "027"),
+                    self.hub.mark_of("ZORVA Stagewell 2.4.0", folders[1], "027")]
         for index in range(2):
             self.hub.click_card_button(index)
-            wait_for(lambda: len(self.hub.started_programs) > index, "the program's mark")
+            self.hub.wait_for_started(index + 1)
         self.assertEqual(self.hub.started_programs, expected)
         self.assert_no_box()
 
@@ -142,7 +142,7 @@ class Open(HubTest):
         with zipfile.ZipFile(archive, "w") as file:
             file.write(World.samples / "files" / "ZORVA-Beatpad-1.2.0.exe", name)
         self.install_own("tool.zip", archive.getvalue())
-        wait_for(lambda: self.hub.started_programs, "the program's mark")
+        self.hub.wait_for_started(1)
         self.assertEqual(list(self.hub.home.rglob("pwned")), [])
         self.assert_no_box()
 

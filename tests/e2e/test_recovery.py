@@ -24,7 +24,7 @@ class HandMadeCrash(HubTest):
 
     def vault_promotion(self) -> CrashedPromotion:
         folder = self.hub.vault / BEATPAD
-        return CrashedPromotion(folder / FILE, folder / "vault.json", folder / f"{FILE}.part")
+        return CrashedPromotion(folder / FILE, folder / "vault.json", folder / f"{FILE}.part", self.hub.recorded_path)
 
     def crash_in_vault(self, last_step: str) -> CrashedPromotion:
         """A second download of the product, with other content, that died after this step."""
@@ -87,7 +87,8 @@ class HandMadeCrash(HubTest):
         self.begin(with_install=True)
         record = self.hub.root / "installed.json"
         before = record.read_bytes()
-        promotion = CrashedPromotion(self.hub.products / BEATPAD, record, self.hub.products / f"{BEATPAD}.installing-{'1' * 32}")
+        staged = self.hub.products / f"{BEATPAD}.installing-{'1' * 32}"
+        promotion = CrashedPromotion(self.hub.products / BEATPAD, record, staged, self.hub.recorded_path)
 
         def make_new(target):
             target.mkdir()
@@ -95,7 +96,7 @@ class HandMadeCrash(HubTest):
         promotion.begin()
         promotion.keep_old()
         promotion.activate(make_new)
-        promotion.write_record(json.dumps({BEATPAD: {"path": str(promotion.target / "New.exe"), "installedAt": "now"}}))
+        promotion.write_record(json.dumps({BEATPAD: {"path": self.hub.recorded_path(promotion.target / "New.exe"), "installedAt": "now"}}))
         self.hub.start()
         self.hub.wait_for_card(0, "installed")
         self.assertEqual(record.read_bytes(), before)

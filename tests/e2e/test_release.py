@@ -31,7 +31,7 @@ class NewRelease(HubTest):
         self.hub.answer("Install Complete")
         self.hub.wait_for_card(0, "installed")
         self.assertEqual([path.name for path in (self.hub.products / DAW).iterdir()], [NEW])
-        self.assertEqual(self.hub.installed()[DAW]["path"], str(self.hub.products / DAW / NEW))
+        self.assertEqual(self.hub.installed()[DAW]["path"], self.hub.recorded_path(self.hub.products / DAW / NEW))
         self.assert_no_leftovers()
 
     def test_that_fails_its_check_leaves_the_old_installer_and_record(self):

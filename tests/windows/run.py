@@ -81,7 +81,8 @@ class Prefix:
         self.folder = folder
         self.environment = {
             **{k: v for k, v in os.environ.items() if not k.lower().endswith("_proxy") and k != "DISPLAY"},
-            "WINEPREFIX": str(folder), "WINEARCH": "win64", "WINEDEBUG": "-all", "WINE_D3D_CONFIG": "renderer=no3d", "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe=",
+            "WINEPREFIX": str(folder), "WINEARCH": "win64", "WINEDEBUG": "-all", "WINE_D3D_CONFIG": "renderer=no3d",
+            "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe=",
             "HUB_TEST_HOST": rf"\\?\unix{HERE}/on-host",
         }
         if display:

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Builds the sample products of the demo and the end-to-end tests.
 
-    build_samples.py FOLDER
+    build_samples.py [--windows] FOLDER
 
 makes FOLDER/files (what is downloaded) and FOLDER/products (one description a release, in the form that the catalogue
-server reads). Nothing is built again when FOLDER is complete and newer than these sources."""
+server reads). With --windows every program is one for Windows, also those that would else start on this machine.
+Nothing is built again when FOLDER is complete and newer than these sources."""
 
+import argparse
 import json
 import shutil
 import sys
@@ -38,13 +40,13 @@ def daw(files: Path, version: str, file: str, notes):
                     "room for every take.", "DAW", notes)
 
 
-def stagewell(files: Path, native: bool):
-    """An application that comes as an archive with one executable inside: native, or for Windows."""
+def stagewell(files: Path, build_program, suffix: str = ""):
+    """An application that comes as an archive with one executable inside."""
     version = "2.4.0"
-    file = f"ZORVA-Stagewell-{version}{'' if native else '-Windows'}.zip"
+    file = f"ZORVA-Stagewell-{version}{suffix}.zip"
     with tempfile.TemporaryDirectory() as folder:
         program = Path(folder) / "ZORVA Stagewell.exe"
-        (build_native_program if native else build_windows_program)(program, "ZORVA Stagewell", version, size=2 * MEBIBYTE)
+        build_program(program, "ZORVA Stagewell", version, size=2 * MEBIBYTE)
         write_zip(files / file, {
             "Stagewell/Program/ZORVA Stagewell.exe": program.read_bytes(),
             "Stagewell/Read me.txt": b"ZORVA Stagewell, a sample product.\r\n",
@@ -56,10 +58,10 @@ def stagewell(files: Path, native: bool):
                     [("Scenes follow the song", "A scene can now follow the markers of a song.")])
 
 
-def beatpad(files: Path):
-    """An application whose installer is a single executable that really starts on this machine."""
+def beatpad(files: Path, build_program):
+    """An application whose installer is a single executable that really starts."""
     version, file = "1.2.0", "ZORVA-Beatpad-1.2.0.exe"
-    build_native_program(files / file, "ZORVA Beatpad", version, size=3 * MEBIBYTE)
+    build_program(files / file, "ZORVA Beatpad", version, size=3 * MEBIBYTE)
     return describe("zorva-beatpad", "ZORVA Beatpad", version, file, "Sixteen pads and a clock.", "Instrument", [])
 
 
@@ -77,8 +79,9 @@ def foundry_staples(files: Path, version: str):
                              "sourceUrl": "https://catalogue.zorva.test/foundry"})
 
 
-def build(folder: Path) -> None:
+def build(folder: Path, for_windows: bool) -> None:
     """Builds everything into an empty folder."""
+    build_program = build_windows_program if for_windows else build_native_program
     files, products = folder / "files", folder / "products"
     files.mkdir(parents=True)
     products.mkdir()
@@ -87,35 +90,39 @@ def build(folder: Path) -> None:
     releases = {
         "zorva-daw-13.0.0": daw(files, "13.0.0", "ZORVA-DAW-13.0.0.exe", first),
         "zorva-daw-13.1.0": daw(files, "13.1.0", "ZORVA-DAW-Setup-13.1.0.exe", second),
-        "zorva-stagewell-2.4.0": stagewell(files, native=True),
-        "zorva-stagewell-2.4.0-windows": stagewell(files, native=False),
-        "zorva-beatpad-1.2.0": beatpad(files),
+        "zorva-stagewell-2.4.0": stagewell(files, build_program),
+        "zorva-stagewell-2.4.0-windows": stagewell(files, build_windows_program, "-Windows"),
+        "zorva-beatpad-1.2.0": beatpad(files, build_program),
         "zorva-foundry-staples-1.0.0": foundry_staples(files, "1.0.0"),
         "zorva-foundry-staples-1.1.0": foundry_staples(files, "1.1.0"),
     }
     for name, product in releases.items():
         (products / f"{name}.json").write_text(json.dumps(product, indent=2) + "\n")
-    (folder / DONE).touch()
+    (folder / DONE).write_text(kind(for_windows))
 
 
-def is_current(folder: Path) -> bool:
-    """True when a whole build is there that is not older than the sources."""
+def kind(for_windows: bool) -> str:
+    """What a complete folder says about its programs."""
+    return "programs for Windows\n" if for_windows else "programs for this machine\n"
+
+
+def is_current(folder: Path, for_windows: bool) -> bool:
+    """True when a whole build of this kind is there that is not older than the sources."""
     done = folder / DONE
-    if not done.is_file():
+    if not done.is_file() or done.read_text() != kind(for_windows):
         return False
     sources = [path for path in HERE.iterdir() if path.suffix in (".py", ".c", ".rc")]
     return done.stat().st_mtime >= max(path.stat().st_mtime for path in sources)
 
 
 def main() -> int:
-    if len(sys.argv) != 2:
-        print(__doc__, file=sys.stderr)
-        return 2
-    folder = Path(sys.argv[1])
-    if is_current(folder):
-        return 0
-    shutil.rmtree(folder, ignore_errors=True)
-    build(folder)
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--windows", action="store_true")
+    parser.add_argument("folder", type=Path)
+    options = parser.parse_args()
+    if not is_current(options.folder, options.windows):
+        shutil.rmtree(options.folder, ignore_errors=True)
+        build(options.folder, options.windows)
     return 0
 
 

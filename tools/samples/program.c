@@ -11,9 +11,12 @@
 #include <windows.h>
 #define HOME_VARIABLE "USERPROFILE"
 
+/* The working folder that the program was given by whoever started it. */
 static void describeSurroundings (FILE* log)
 {
-    (void) log;
+    char folder[4096];
+    const DWORD length = GetCurrentDirectoryA (sizeof folder, folder);
+    fprintf (log, " folder=%s", length > 0 && length < sizeof folder ? folder : "?");
 }
 #else
 #include <sys/stat.h>

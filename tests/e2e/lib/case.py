@@ -5,7 +5,7 @@ import re
 import unittest
 from pathlib import Path
 
-from .hub import Hub
+from .hubs import hub_for
 from .shop import MANIFEST_URL, Shop
 
 
@@ -29,7 +29,7 @@ class HubTest(unittest.TestCase):
         folder = World.scratch / name
         folder.mkdir()
         self.shop = Shop(folder / "catalogue", World.samples, World.certificates)
-        self.hub = Hub(World.binary, folder / "home", World.screen)
+        self.hub = hub_for(World.binary, folder / "home", World.screen)
         self.addCleanup(self.shop.close)
         self.addCleanup(self.hub.destroy)
         self.addCleanup(self._keep_picture_of_failure, World.pictures / f"{name}.png")
@@ -39,8 +39,8 @@ class HubTest(unittest.TestCase):
         if any(test is self for test, _ in outcome.failures + outcome.errors):
             World.screen.picture().save(file)
             print(f"  picture: {file}", flush=True)
-            if self.hub.errors.is_file() and self.hub.errors.stat().st_size:
-                print("  the Hub wrote: " + self.hub.errors.read_text()[-1500:].strip(), flush=True)
+            if self.hub.last_words():
+                print("  the Hub wrote: " + self.hub.last_words(), flush=True)
 
     # ---- common beginnings
     def open_shop(self, *releases: str) -> None:

@@ -15,7 +15,6 @@ from .screen import Screen, WindowGone
 from .waiting import wait_for
 
 WINDOW_TITLE = "ZORVA Hub"
-START_LIMIT = 20.0
 
 
 def sha256_of(file: Path) -> str:
@@ -26,19 +25,38 @@ def sha256_of(file: Path) -> str:
 class Hub:
     """The binary under test, started in a home that stays from one start to the next."""
 
+    start_limit = 20.0
+
     def __init__(self, binary, home: Path, screen: Screen):
         self.binary, self.home, self.screen = str(binary), Path(home), screen
-        self.home.mkdir(parents=True)
+        self.make_home()
         self.process = None
         self.layout = Layout()
         self.errors = self.home.parent / f"{self.home.name}.stderr"
         self.environment = {}       # what every start gets beside the test's own environment
         self.prefix = []            # a command that becomes the Hub, such as one that limits its rights
 
+    def last_words(self) -> str:
+        """What it has written to its outputs, and what is known of a crash."""
+        return self.errors.read_text(errors="replace")[-1500:].strip() if self.errors.is_file() else ""
+
+    def make_home(self) -> None:
+        self.home.mkdir(parents=True)
+
     # ---- files
     @property
+    def configuration(self) -> Path:
+        """Where the system wants what users set."""
+        return self.home / ".config"
+
+    @property
+    def local_data(self) -> Path:
+        """Where the system wants what stays on this machine."""
+        return self.home / ".local" / "share"
+
+    @property
     def root(self) -> Path:
-        return self.home / ".config" / "ZORVA Hub"
+        return self.configuration / "ZORVA Hub"
 
     @property
     def vault(self) -> Path:
@@ -46,11 +64,11 @@ class Hub:
 
     @property
     def products(self) -> Path:
-        return self.home / ".local" / "share" / "ZORVA" / "Products"
+        return self.local_data / "ZORVA" / "Products"
 
     @property
     def packs(self) -> Path:
-        return self.home / ".config" / "ZORVA DAW" / "Factory Content"
+        return self.configuration / "ZORVA DAW" / "Factory Content"
 
     @property
     def cache(self) -> Path:
@@ -69,11 +87,27 @@ class Hub:
         """Everything below a folder but what the broker renews all the time."""
         return [path for path in Path(folder).rglob("*") if path.parent != self.discovery_file.parent]
 
+    def recorded_path(self, path: Path) -> str:
+        """What the Hub calls a file of this machine."""
+        return str(path)
+
+    def can_be_started(self, program: Path) -> bool:
+        """Whether the system would start it."""
+        return os.access(program, os.X_OK)
+
     @property
     def started_programs(self):
         """The lines that the sample programs left when they were started."""
         log = self.home / "zorva-sample-programs.log"
         return log.read_text().splitlines() if log.is_file() else []
+
+    def wait_for_started(self, count: int) -> None:
+        """Waits until so many sample programs have left their lines."""
+        wait_for(lambda: len(self.started_programs) >= count, f"the mark of program {count}")
+
+    def mark_of(self, program: str, folder: Path, mask: str) -> str:
+        """The line of a sample program that was started with no arguments, in this folder and with this mask for new files."""
+        return f"{program} arguments=0 umask={mask} folder={self.recorded_path(folder)}"
 
     def write_settings(self, **settings) -> None:
         self.root.mkdir(parents=True, exist_ok=True)
@@ -112,10 +146,10 @@ class Hub:
     def open(self, *arguments, environment=None) -> None:
         """Starts it and waits until its window is there and laid out, with the community page on which it opens."""
         self.launch(*arguments, environment=environment)
-        wait_for(lambda: self.process.poll() is not None or self.windows(), "the window", START_LIMIT)
+        wait_for(lambda: self.process.poll() is not None or self.windows(), "the window", self.start_limit)
         if self.process.poll() is not None:
             raise AssertionError(f"the Hub ended with {self.process.returncode}: {self.errors.read_text()[-2000:]}")
-        wait_for(self._is_painted, "the first painting", START_LIMIT)
+        wait_for(self._is_painted, "the first painting", self.start_limit)
 
     def open_library(self) -> None:
         self.window.click(self.layout.tab("library").centre)
@@ -129,10 +163,32 @@ class Hub:
 
     def launch(self, *arguments, environment=None) -> None:
         """Starts it and does not wait."""
-        variables = {**os.environ, "HOME": str(self.home), **self.environment, **(environment or {})}
         with self.errors.open("w") as errors:
-            self.process = subprocess.Popen([*self.prefix, self.binary, *arguments], env=variables, stdout=errors, stderr=errors,
-                                            cwd=self.home)
+            self.process = subprocess.Popen([*self.prefix, *self.command, *arguments], env=self._variables(environment or {}),
+                                            stdout=errors, stderr=errors, cwd=self.home)
+
+    def start_again(self, *arguments) -> int:
+        """Starts it beside the one that runs, and answers with the exit code of the second."""
+        return subprocess.run([*self.command, *arguments], env=self._variables({}), stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, cwd=self.home, timeout=15, check=False).returncode
+
+    @property
+    def command(self):
+        """What starts it, without arguments."""
+        return [self.binary]
+
+    def _variables(self, more) -> dict:
+        return {**os.environ, "HOME": str(self.home), **self.environment, **more}
+
+    def start_to_crash_at(self, point: str, killer: Path) -> None:
+        """Starts it so that it dies at this step of a promotion; `killer` is the library that does it."""
+        self.start(environment={"LD_PRELOAD": str(killer), "HUB_KILL_AT": point})
+
+    def wait_for_crash(self, limit: float = 20.0) -> None:
+        """Waits for the death that start_to_crash_at() prepared."""
+        wait_for(lambda: self.process.poll() is not None, "the crash", limit)
+        if self.process.returncode != -signal.SIGKILL:
+            raise AssertionError(f"it was not killed but ended with {self.process.returncode}")
 
     def kill(self) -> None:
         """kill -9, as a crash or a power cut."""

@@ -9,9 +9,10 @@ TOKEN = "0123456789abcdef" * 2
 
 class CrashedPromotion:
     """A promotion of a file or directory that stops after any step. The caller takes the steps in their order:
-    begin(), keep_old(), activate(new), write_record(text), commit_journal()."""
+    begin(), keep_old(), activate(new), write_record(text), commit_journal(). named (path) is what the Hub calls a file."""
 
-    def __init__(self, target: Path, metadata: Path, staged: Path):
+    def __init__(self, target: Path, metadata: Path, staged: Path, named=str):
+        self._named = named
         self.target, self.metadata, self.staged = Path(target), Path(metadata), Path(staged)
         self.backup = self.target.with_name(f"{self.target.name}.backup-{TOKEN}")
         self.journal = self.target.with_name(f".zorva-promotion-{TOKEN}.json")
@@ -21,9 +22,10 @@ class CrashedPromotion:
 
     def write_journal(self, state: str) -> None:
         """Writes the journal as it would be in this state, with the paths and answers that this object holds now."""
-        text = json.dumps({"version": 1, "state": state, "staged": str(self.staged), "target": str(self.target),
-                           "backup": str(self.backup), "hadTarget": self.had_target, "metadata": str(self.metadata),
-                           "metadataBackup": str(self.metadata_backup), "metadataExisted": self.metadata_existed}, indent=2)
+        name = self._named
+        text = json.dumps({"version": 1, "state": state, "staged": name(self.staged), "target": name(self.target),
+                           "backup": name(self.backup), "hadTarget": self.had_target, "metadata": name(self.metadata),
+                           "metadataBackup": name(self.metadata_backup), "metadataExisted": self.metadata_existed}, indent=2)
         self.journal.write_bytes(text.replace("\n", "\r\n").encode())
 
     def begin(self) -> None:

@@ -3,12 +3,13 @@
 import subprocess
 from pathlib import Path
 
-from .hub import Hub
+from .hubs import hub_for
 from .layout import PAGE_TOP, SIDEBAR_WIDTH, Layout
 from .screen import run
 from .secrets import SecretService
 from .shop import MANIFEST_URL, Shop
 from .waiting import wait_for
+from .windows_hub import WindowsHub
 
 DEFAULT, SMALLEST, LARGE = (1100, 720), (900, 600), (1600, 1000)
 TALL = (1100, 1250)             # six cards, or most of the community page
@@ -29,7 +30,7 @@ class Stage:
         self.screen, self.scratch, self.folder = screen, scratch, folder
         scratch.mkdir()
         self.shop = Shop(scratch / "catalogue", prepared / "samples", prepared / "certificates")
-        self.hub = Hub(binary, home, screen)
+        self.hub = hub_for(binary, home, screen)
         self.endings = [self.shop.close, self.hub.destroy]
 
     def close(self) -> None:
@@ -52,7 +53,10 @@ class Stage:
             self.hub.wait_online()
         self.resize(size)
 
-    def secret_store(self) -> SecretService:
+    def secret_store(self):
+        """What the Hub keeps its key in: a SecretService, or None on Windows, which has one of its own."""
+        if isinstance(self.hub, WindowsHub):
+            return None
         secrets = SecretService(self.scratch / "s")     # a short path: sockets need one
         self.endings.append(secrets.stop)
         self.hub.environment |= secrets.environment
