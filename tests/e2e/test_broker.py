@@ -2,19 +2,26 @@
 
 import json
 import os
+import stat
+from pathlib import Path
 
-from broker_client import BrokerRefusal, new_draft
-from lib.broker import HEALTHY, BrokerTest, fifo_paths, mode_of
+from broker_client import BrokerRefusal
+from lib.broker import HEALTHY, BrokerTest
+from lib.broker_access import fifo_paths
 from lib.waiting import wait_for
 
 REFUSED = "ZORVA Hub could not save the local preview draft."
+
+
+def mode_of(file: Path) -> int:
+    return stat.S_IMODE(file.stat().st_mode)
 
 
 class WithoutKey(BrokerTest):
     def test_health_and_key_status_answer(self):
         self.hub.start()
         self.assertEqual(self.json_command("health"), (0, HEALTHY))
-        self.assertEqual(self.json_command("key-status"), (0, {"present": False, "backend": "Secret Service"}))
+        self.assertEqual(self.json_command("key-status"), (0, {"present": False, "backend": self.access.backend}))
         self.assertEqual(self.command("health"), (0, "ready, model gpt-5.6-terra\n", ""))
 
     def test_a_completion_says_that_the_key_is_missing_and_asks_nobody(self):
@@ -29,7 +36,7 @@ class WithoutKey(BrokerTest):
         self.hub.environment.clear()
         self.hub.start()
         self.assertEqual(self.json_command("health"), (0, HEALTHY))
-        self.assertEqual(self.json_command("key-status"), (0, {"present": False, "backend": "Secret Service"}))
+        self.assertEqual(self.json_command("key-status"), (0, {"present": False, "backend": self.access.backend}))
 
 
 class Discovery(BrokerTest):
@@ -68,7 +75,7 @@ class Discovery(BrokerTest):
         name = self.found().pipe_name
         self.assertEqual(self.hub.quit(), 0)
         self.assertFalse(self.hub.discovery_file.exists())
-        self.assertEqual(self.fifos(name), [])
+        self.assertEqual(self.access.pipes(name), [])
         self.assertEqual(self.command("health", "--patience", "0.5")[0], 3)
 
 
@@ -79,14 +86,14 @@ class Drafts(BrokerTest):
     def test_a_draft_becomes_a_record_without_the_consent(self):
         wav = self.make_wav()
         self.hub.start()
-        code, payload = self.json_command("save-draft", "--source", wav, "--title", "Régen", "--start", "30", "--duration", "60",
+        code, payload = self.json_command("save-draft", "--source", self.hub.recorded_path(wav), "--title", "Régen", "--start", "30", "--duration", "60",
                                           "--tag", "ambient", "--tag", "rain", "--confirm-rights")
         self.assertEqual(code, 0)
         self.assertEqual(payload, {"accepted": True, "jobId": payload["jobId"], "status": "draft-local", "idempotentReplay": False,
                                    "serviceAvailable": False, "requiresFreshHubConfirmation": True})
         record_file, = self.records()
         self.assertEqual(record_file.name, payload["jobId"] + ".json")
-        self.assertEqual(mode_of(record_file), 0o600)
+        self.assertTrue(self.hub.is_private(record_file))
         text = record_file.read_bytes()
         self.assertNotIn(b"\n", text)
         record = json.loads(text)
@@ -94,13 +101,13 @@ class Drafts(BrokerTest):
         self.assertRegex(record.pop("renderPreparationRightsAcknowledgedAt"), r"\A\d{4}-")
         self.assertRegex(record.pop("savedAt"), r"\A\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}")
         self.assertEqual(record, {
-            "schemaVersion": 1, "jobId": payload["jobId"], "sourcePath": str(wav), "title": "Régen", "description": "", "genre": "",
+            "schemaVersion": 1, "jobId": payload["jobId"], "sourcePath": self.hub.recorded_path(wav), "title": "Régen", "description": "", "genre": "",
             "origin": "zorva-daw-render-complete", "previewStartSeconds": 30, "previewDurationSeconds": 60, "tags": ["ambient", "rain"],
             "renderPreparationRightsAcknowledged": True, "localDraftVisibility": "private", "status": "Draft",
             "serviceAvailable": False, "hubTransferConsent": False, "requiresFreshRightsAndVisibilityConfirmation": True})
 
     def test_the_same_draft_again_is_a_replay_and_another_under_its_id_a_conflict(self):
-        draft = new_draft(self.make_wav(), "First", rights_confirmed=True)
+        draft = self.new_draft(self.make_wav(), "First")
         self.hub.start()
         self.assertFalse(self.client.save_draft(draft)["idempotentReplay"])
         before = self.records()[0].read_bytes()
@@ -112,7 +119,7 @@ class Drafts(BrokerTest):
         self.assertEqual([record.read_bytes() for record in self.records()], [before])
 
     def test_a_replay_is_recognised_by_the_next_hub(self):
-        draft = new_draft(self.make_wav(), "First", rights_confirmed=True)
+        draft = self.new_draft(self.make_wav(), "First")
         self.hub.start()
         self.client.save_draft(draft)
         self.hub.kill()
@@ -120,26 +127,35 @@ class Drafts(BrokerTest):
         self.assertTrue(self.client.save_draft(draft)["idempotentReplay"])
 
     def test_every_reason_to_refuse_one_writes_nothing(self):
+        def home(*names):
+            return self.hub.recorded_path(self.hub.home.joinpath(*names))
         wav = self.make_wav()
-        plain = self.hub.home / "plain.wav"
-        plain.write_bytes(b"no sound" * 100)
-        (self.hub.home / "link.wav").symlink_to(wav)
+        (self.hub.home / "plain.wav").write_bytes(b"no sound" * 100)
         (self.hub.home / "cover.png").write_bytes(b"no picture")
-        good = new_draft(wav, "First", rights_confirmed=True)
+        good = self.new_draft(wav, "First")
         table = [({"schemaVersion": 2}, "unsupported_schema"), ({"jobId": "0" * 32}, "invalid_metadata"),
                  ({"title": " "}, "invalid_metadata"), ({"visibility": "public"}, "invalid_metadata"),
                  ({"rightsConfirmed": False}, "invalid_metadata"), ({"rightsConfirmedAt": "yesterday"}, "invalid_metadata"),
                  ({"previewDurationSeconds": 45}, "invalid_metadata"), ({"fullReleaseUrl": "http://example.com/"}, "invalid_metadata"),
                  ({"tags": ["x"] * 17}, "invalid_tags"), ({"tags": None}, "invalid_tags"),
-                 ({"sourcePath": "mix.wav"}, "invalid_source_wav"), ({"sourcePath": str(self.hub.home / "no.wav")}, "invalid_source_wav"),
-                 ({"sourcePath": str(self.hub.home / "link.wav")}, "invalid_source_wav"),
-                 ({"sourcePath": f"{self.hub.home}/../{self.hub.home.name}/mix.wav"}, "invalid_source_wav"),
-                 ({"sourcePath": str(plain)}, "preview_out_of_range"), ({"previewStartSeconds": 61}, "preview_out_of_range"),
-                 ({"coverArtPath": str(self.hub.home / "cover.png")}, "invalid_cover_art")]
+                 ({"sourcePath": "mix.wav"}, "invalid_source_wav"), ({"sourcePath": home("no.wav")}, "invalid_source_wav"),
+                 ({"sourcePath": home("..", self.hub.home.name, "mix.wav")}, "invalid_source_wav"),
+                 ({"sourcePath": home("plain.wav")}, "preview_out_of_range"), ({"previewStartSeconds": 61}, "preview_out_of_range"),
+                 ({"coverArtPath": home("cover.png")}, "invalid_cover_art")]
         self.hub.start()
         for changes, reason in table:
             with self.subTest(changes):
-                with self.assertRaises(BrokerRefusal) as raised:
-                    self.client.save_draft({**good, **changes})
-                self.assertEqual((raised.exception.code, str(raised.exception)), (reason, REFUSED))
+                self.assert_refused({**good, **changes}, reason)
         self.assertEqual(self.records(), [])
+
+    def test_a_link_to_a_wav_is_refused(self):
+        link = self.hub.home / "link.wav"
+        link.symlink_to(self.make_wav())
+        self.hub.start()
+        self.assert_refused(self.new_draft(link, "First"), "invalid_source_wav")
+        self.assertEqual(self.records(), [])
+
+    def assert_refused(self, draft: dict, reason: str):
+        with self.assertRaises(BrokerRefusal) as raised:
+            self.client.save_draft(draft)
+        self.assertEqual((raised.exception.code, str(raised.exception)), (reason, REFUSED))

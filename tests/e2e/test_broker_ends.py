@@ -4,7 +4,7 @@ import json
 import os
 import time
 
-from broker_client import BrokerClient, NoReply, new_draft
+from broker_client import BrokerClient, NoReply
 from lib.broker import HEALTHY, BrokerTest
 from lib.waiting import stays, wait_for
 from upstream import Answer
@@ -39,7 +39,7 @@ class KilledAndQuit(BrokerTest):
         alive = self.found()
         self.assertNotEqual(alive.pipe_name, dead.pipe_name)
         self.assertNotEqual(alive.token, dead.token)
-        for path in self.fifos(dead.pipe_name):
+        for path in self.access.pipes(dead.pipe_name):
             with self.assertRaises(OSError, msg=f"somebody reads {path}"):
                 os.open(path, os.O_WRONLY | os.O_NONBLOCK)
             path.unlink()
@@ -47,7 +47,7 @@ class KilledAndQuit(BrokerTest):
 
     def test_clients_that_wait_while_the_hub_is_away_are_served_by_the_next_one(self):
         draft = self.hub.home / "draft.json"
-        draft.write_text(json.dumps(new_draft(self.make_wav(), "First", rights_confirmed=True)))
+        draft.write_text(json.dumps(self.new_draft(self.make_wav(), "First")))
         self.hub.start()
         self.found()
         self.hub.kill()
@@ -74,7 +74,7 @@ class KilledAndQuit(BrokerTest):
         self.assertEqual(self.hub.process.wait(10), 0)
         self.assertLess(time.monotonic() - began, 3.0)
         self.assertFalse(self.hub.discovery_file.exists())
-        self.assertEqual(self.fifos(found.pipe_name), [])
+        self.assertEqual(self.access.pipes(found.pipe_name), [])
         self.assertEqual(completion.wait(5), 4)
 
     def test_quitting_while_the_service_says_nothing_takes_under_three_seconds_and_leaves_nothing(self):

@@ -4,7 +4,7 @@ import json
 import random
 import struct
 
-from broker_client import new_draft, protocol
+from broker_client import protocol
 from lib.broker import CODES, HEALTHY, BrokerTest
 
 REJECTED = "The local broker request was rejected."
@@ -84,7 +84,7 @@ class Rejections(BrokerTest):
         wav = self.make_wav(31)
         self.hub.start()
         source, outcomes = random.Random(20260505), {}
-        draft = json.dumps(new_draft(wav, "M", rights_confirmed=True))
+        draft = json.dumps(self.new_draft(wav, "M"))
         kinds = ((protocol.HEALTH, None), (protocol.KEY_STATUS, None), (protocol.COMPLETE, "x"), (protocol.SAVE_DRAFT, draft))
         for number in range(500):
             op, text = source.choice(kinds)

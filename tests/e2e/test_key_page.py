@@ -30,7 +30,7 @@ class KeyPage(BrokerTest):
         page = self.hub.key_page()
         self.assertTrue(page.can_delete())
         self.assertNotEqual(page.field(), empty, "the field says that a key is stored")
-        self.assertEqual(self.secrets.keys(), [KEY])
+        self.assertEqual(self.access.keys(), [KEY])
         self.assertTrue(self.key_is_present())
         self.assertEqual(self.upstream.connections, 0, "saving asks nobody")
         self.picture("saved")
@@ -46,7 +46,7 @@ class KeyPage(BrokerTest):
         page = self.hub.key_page()
         self.assertFalse(page.can_delete())
         self.assertEqual(page.field(), empty)
-        self.assertEqual(self.secrets.keys(), [])
+        self.assertEqual(self.access.keys(), [])
         self.assertFalse(self.key_is_present())
 
     def test_testing_a_typed_key_does_not_store_it(self):
@@ -56,7 +56,7 @@ class KeyPage(BrokerTest):
         self.hub.type_key("sk-only-tried")
         self.hub.press_key_button("test")
         self.assertEqual([request.header("Authorization") for request in self.upstream.requests], ["Bearer sk-only-tried"])
-        self.assertEqual(self.secrets.keys(), [])
+        self.assertEqual(self.access.keys(), [])
         self.assertFalse(self.hub.key_page().can_delete())
 
     def test_another_key_replaces_the_first(self):
@@ -66,20 +66,20 @@ class KeyPage(BrokerTest):
         before = self.hub.key_page().field()
         self.hub.window.click(self.hub.layout.key_button("save").centre)
         wait_for(lambda: self.hub.key_page().field() != before, "the field to be wiped")
-        wait_for(lambda: self.secrets.keys() == ["sk-second"], "the second key in the store")
+        wait_for(lambda: self.access.keys() == ["sk-second"], "the second key in the store")
 
     def test_saving_nothing_stores_nothing(self):
         self.hub.start()
         self.hub.open_settings()
         self.hub.press_key_button("save")
-        self.assertEqual(self.secrets.keys(), [])
+        self.assertEqual(self.access.keys(), [])
 
     def test_a_key_that_the_service_refuses_stays_until_it_is_replaced(self):
         self.start_with_key()
         self.upstream.answer = Answer(status=401, body=error_body("Incorrect API key provided"))
         self.hub.press_key_button("test")
         self.assertEqual(len(self.upstream.requests), 1)
-        self.assertEqual(self.secrets.keys(), [KEY])
+        self.assertEqual(self.access.keys(), [KEY])
         self.picture("refused")
 
     def test_a_test_on_the_page_takes_precedence_over_a_running_completion(self):

@@ -40,4 +40,4 @@ class DuringAKeyTest(BrokerTest):
         self.hub.window.click(self.hub.layout.key_button("test").centre)
         wait_for(lambda: self.upstream.requests, "the request at the service")
         self.assertEqual(self.hub.quit(), 0)
-        self.assertEqual(self.secrets.keys(), [])
+        self.assertEqual(self.access.keys(), [])

@@ -1,19 +1,17 @@
 """The broker as a client sees it: the reference client, single frames, and the base of the tests that need them."""
 
 import json
-import os
-import stat
 import subprocess
 import time
 import wave
 from pathlib import Path
 
-from broker_client import BrokerClient, discovery, fifo, protocol
+from broker_client import BrokerClient, discovery, new_draft, protocol
 from broker_client.errors import Busy, ConnectionEnded, NotListening
 from upstream import Upstream
 
 from .case import HubTest, World
-from .secrets import SecretService
+from .hubs import broker_access_for
 from .waiting import wait_for
 
 CODES = ("message_size", "invalid_json", "protocol_version", "unauthorized", "unsupported_operation", "invalid_request_id",
@@ -30,9 +28,11 @@ class BrokerTest(HubTest):
     def setUp(self):
         super().setUp()
         BrokerTest.stores += 1
-        self.secrets = SecretService(World.scratch / f"secrets-{BrokerTest.stores}")     # a short path: sockets need one
-        self.addCleanup(self.secrets.stop)
-        self.hub.environment |= self.secrets.environment
+        self.access = broker_access_for(self.hub, World.scratch / f"secrets-{BrokerTest.stores}")
+        self.addCleanup(self.access.stop)
+        for context in self.access.contexts():
+            self.enterContext(context)
+        self.transport = self.access.transport
         self.upstream = Upstream(World.certificates)
         self.addCleanup(self.upstream.stop)
         self.client = BrokerClient(self.hub.discovery_file)
@@ -46,9 +46,9 @@ class BrokerTest(HubTest):
     # ---- the reference client as a command
     def launch_command(self, *arguments) -> subprocess.Popen:
         """Starts it as a user of the Hub's home would."""
-        tool = World.project / "tools" / "broker-client" / "broker-client"
-        process = subprocess.Popen([str(tool), *map(str, arguments)], env={**os.environ, "HOME": str(self.hub.home)},
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        command, environment = self.access.command(*map(str, arguments))
+        process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, text=True)
         self.addCleanup(_end, process)
         return process
 
@@ -70,7 +70,7 @@ class BrokerTest(HubTest):
         def read():
             try:
                 found = discovery.read(self.hub.discovery_file)
-                return found if found.pid == self.hub.process.pid else None
+                return found if self.hub.has_written(found) else None
             except NotListening:
                 return None
         return wait_for(read, "the discovery file", every=0.01)
@@ -80,7 +80,7 @@ class BrokerTest(HubTest):
         end = time.monotonic() + limit
         while True:
             try:
-                with fifo.turn(self.hub.discovery_file.parent, end), fifo.Connection(self.found()) as connection:
+                with self.transport.turn(self.hub.discovery_file.parent, end), self.transport.Connection(self.found()) as connection:
                     try:
                         connection.send(data, end)
                         return connection.receive(protocol.payload_length(connection.receive(4, end)), end)
@@ -101,15 +101,15 @@ class BrokerTest(HubTest):
         request = {"version": 2, "token": self.found().token, "op": "broker.health", "requestId": "e2e-1", **changes}
         return json.dumps({key: value for key, value in request.items() if value is not None}).encode()
 
-    # ---- what is left
-    def fifos(self, pipe_name: str):
-        """The paths of this pipe that exist."""
-        return [path for path in fifo_paths(pipe_name) if path.exists()]
-
     def assert_alive(self) -> None:
         """The same process still answers."""
         self.assertIsNone(self.hub.process.poll())
         self.assertEqual(self.client.health(), HEALTHY)
+
+    # ---- drafts
+    def new_draft(self, source: Path, title: str) -> dict:
+        """A draft of a file of this machine, for which the person has the rights."""
+        return new_draft(self.hub.recorded_path(source), title, rights_confirmed=True)
 
     def make_wav(self, seconds: int = 90) -> Path:
         """A silent WAV file in the user's home."""
@@ -120,14 +120,6 @@ class BrokerTest(HubTest):
             writer.setframerate(8000)
             writer.writeframes(b"\x80" * 8000 * seconds)
         return file
-
-
-def fifo_paths(pipe_name: str):
-    return [Path(f"{fifo.FOLDER}/{pipe_name}_{end}") for end in ("in", "out")]
-
-
-def mode_of(file: Path) -> int:
-    return stat.S_IMODE(file.stat().st_mode)
 
 
 def _end(process: subprocess.Popen) -> None:

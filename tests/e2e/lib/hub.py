@@ -5,6 +5,7 @@ import json
 import os
 import shutil
 import signal
+import stat
 import subprocess
 from pathlib import Path
 
@@ -87,6 +88,14 @@ class Hub:
         """Everything below a folder but what the broker renews all the time."""
         return [path for path in Path(folder).rglob("*") if path.parent != self.discovery_file.parent]
 
+    def is_private(self, file: Path) -> bool:
+        """Whether nobody but the user can read or write it."""
+        return stat.S_IMODE(file.stat().st_mode) == 0o600
+
+    def has_written(self, found) -> bool:
+        """Whether this discovery file is that of the process that runs."""
+        return found.pid == self.process.pid
+
     def recorded_path(self, path: Path) -> str:
         """What the Hub calls a file of this machine."""
         return str(path)
@@ -164,12 +173,12 @@ class Hub:
     def launch(self, *arguments, environment=None) -> None:
         """Starts it and does not wait."""
         with self.errors.open("w") as errors:
-            self.process = subprocess.Popen([*self.prefix, *self.command, *arguments], env=self._variables(environment or {}),
+            self.process = subprocess.Popen([*self.prefix, *self.command, *arguments], env=self.variables(environment),
                                             stdout=errors, stderr=errors, cwd=self.home)
 
     def start_again(self, *arguments) -> int:
         """Starts it beside the one that runs, and answers with the exit code of the second."""
-        return subprocess.run([*self.command, *arguments], env=self._variables({}), stdout=subprocess.DEVNULL,
+        return subprocess.run([*self.command, *arguments], env=self.variables(), stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, cwd=self.home, timeout=15, check=False).returncode
 
     @property
@@ -177,8 +186,9 @@ class Hub:
         """What starts it, without arguments."""
         return [self.binary]
 
-    def _variables(self, more) -> dict:
-        return {**os.environ, "HOME": str(self.home), **self.environment, **more}
+    def variables(self, more=None) -> dict:
+        """The environment of every start."""
+        return {**os.environ, "HOME": str(self.home), **self.environment, **(more or {})}
 
     def start_to_crash_at(self, point: str, killer: Path) -> None:
         """Starts it so that it dies at this step of a promotion; `killer` is the library that does it."""

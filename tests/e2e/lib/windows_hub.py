@@ -1,5 +1,6 @@
 """The Hub for Windows under Wine: each home is a Windows of its own, with its registry and its user's folders."""
 
+import json
 import os
 import shutil
 import subprocess
@@ -88,6 +89,19 @@ class WindowsHub(Hub):
         return super().last_words() + (report.read_text(errors="replace") if report.is_file() else "")
 
     # ---- files
+    def is_private(self, file: Path) -> bool:
+        return file.is_file() and self.home in file.parents     # a user's folders are nobody else's there
+
+    def has_written(self, found) -> bool:
+        return found.token != self._old_token
+
+    def _token(self):
+        """What the discovery file holds now, or None: a Hub that was killed leaves it."""
+        try:
+            return json.loads(self.discovery_file.read_bytes())["token"]
+        except FileNotFoundError:
+            return None
+
     @property
     def configuration(self) -> Path:
         return self.home / "AppData" / "Roaming"
@@ -113,17 +127,22 @@ class WindowsHub(Hub):
     # ---- process
     @property
     def command(self):
-        return [wine(), self.recorded_path(self.drive / INSTALLED)]
+        return self.command_of(INSTALLED)
 
-    def _variables(self, more) -> dict:
-        return {**os.environ, **self.environment, **more}
+    def command_of(self, program: Path, *arguments):
+        """What starts a program of drive C in this Windows."""
+        return [wine(), self.recorded_path(self.drive / program), *arguments]
+
+    def variables(self, more=None) -> dict:
+        return {**os.environ, **self.environment, **(more or {})}
 
     def launch(self, *arguments, environment=None) -> None:
         """Wine's server stays for a minute between two starts, which makes the second as fast as on Windows."""
+        self._old_token = self._token()
         if environment:
             end(self.windows_folder)        # else the one that runs would not know these variables
         # Ends with 2 when one runs already.
-        subprocess.run(["wineserver", "-p60"], env=self._variables(environment or {}), stdout=subprocess.DEVNULL,
+        subprocess.run(["wineserver", "-p60"], env=self.variables(environment), stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL, timeout=30, check=False)
         super().launch(*arguments, environment=environment)
 
@@ -131,7 +150,7 @@ class WindowsHub(Hub):
         """Files are renamed by Wine's server for the Hub, so that the server is what dies: more like a power cut than like one process
         that is killed. Without it no program gets on, or even ends."""
         try:
-            subprocess.run(["wineserver", "-w"], env=self._variables({}), timeout=limit, check=True)
+            subprocess.run(["wineserver", "-w"], env=self.variables(), timeout=limit, check=True)
         except subprocess.TimeoutExpired:
             raise AssertionError(f"waited {limit:g} s in vain for the crash") from None
         self.kill()
