@@ -1,12 +1,12 @@
 """A Hub that is shown rather than tested: pictures of its window, its boxes and all that scrolls, for scripts/screenshots.py."""
 
 import subprocess
+from contextlib import ExitStack
 from pathlib import Path
 
-from .hubs import hub_for
+from .hubs import broker_access_for, hub_for
 from .layout import PAGE_TOP, SIDEBAR_WIDTH, Layout
 from .screen import run
-from .secrets import SecretService
 from .shop import MANIFEST_URL, Shop
 from .waiting import wait_for
 from .windows_hub import WindowsHub
@@ -31,11 +31,13 @@ class Stage:
         scratch.mkdir()
         self.shop = Shop(scratch / "catalogue", prepared / "samples", prepared / "certificates")
         self.hub = hub_for(binary, home, screen)
-        self.endings = [self.shop.close, self.hub.destroy]
+        self.prepared, self.on_windows = prepared, isinstance(self.hub, WindowsHub)
+        self.endings = ExitStack()
+        self.endings.callback(self.shop.close)
+        self.endings.callback(self.hub.destroy)
 
     def close(self) -> None:
-        for ending in reversed(self.endings):
-            ending()
+        self.endings.close()
 
     # ---- beginnings
     def open_shop(self, *releases: str) -> None:
@@ -53,14 +55,12 @@ class Stage:
             self.hub.wait_online()
         self.resize(size)
 
-    def secret_store(self):
-        """What the Hub keeps its key in: a SecretService, or None on Windows, which has one of its own."""
-        if isinstance(self.hub, WindowsHub):
-            return None
-        secrets = SecretService(self.scratch / "s")     # a short path: sockets need one
-        self.endings.append(secrets.stop)
-        self.hub.environment |= secrets.environment
-        return secrets
+    def reach_broker(self) -> None:
+        """Gives the Hub a secret store, and lets the reference client find it; to be called before its first start."""
+        access = broker_access_for(self.hub, self.scratch / "s")
+        self.endings.callback(access.stop)
+        for context in access.contexts():
+            self.endings.enter_context(context)
 
     # ---- what a user does
     def tab(self, name: str) -> None:
