@@ -54,13 +54,14 @@ bool booleanIn (const juce::var& value, const char* name)
     return integerIn (value, name) != 0 || text.equalsIgnoreCase ("true") || text.equalsIgnoreCase ("yes");
 }
 
+/** Ends with one more than the rules allow: reading on would say nothing more, and compare each with all before it. */
 juce::StringArray listIn (const juce::var& value, const char* name)
 {
     juce::StringArray items;
 
     if (const auto* const list = value[name].getArray())
-        for (const auto& item : *list)
-            items.addIfNotAlreadyThere (item.toString().trim());
+        for (auto item = list->begin(); item != list->end() && items.size() <= CreatorProfileRules::mostItems; ++item)
+            items.addIfNotAlreadyThere (item->toString().trim());
 
     return items;
 }
@@ -73,6 +74,9 @@ juce::StringPairArray linksIn (const juce::var& value)
     {
         for (const auto& link : object->getProperties())
         {
+            if (links.size() > CreatorProfileRules::mostLinks)
+                break;      // as in a list
+
             const auto name = link.name.toString();
             links.set (name == emptyNameStandIn ? juce::String() : name, link.value.toString());
         }

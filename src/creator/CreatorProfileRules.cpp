@@ -9,8 +9,7 @@ namespace
 {
 constexpr juce::uint32 lastStep = 9;
 constexpr int longestName = 80, longestRole = 48, longestStyle = 500;
-constexpr int mostItems = 16, longestItem = 48;
-constexpr int mostLinks = 12, longestLinkName = 32;
+constexpr int longestItem = 48, longestLinkName = 32;
 
 bool isShortLine (const juce::String& text, int longest)
 {

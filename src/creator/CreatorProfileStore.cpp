@@ -4,6 +4,7 @@
 #include "creator/CreatorProfileJson.h"
 #include "creator/CreatorProfileRules.h"
 #include "support/AtomicRename.h"
+#include "support/FileHash.h"
 #include "support/IsoTime.h"
 #include "support/RecordFile.h"
 #include "support/RegularFile.h"
@@ -32,15 +33,19 @@ bool copyBytes (const juce::File& from, const juce::File& to)
     if (! isRegularFile (from))
         return false;
 
-    juce::FileInputStream source (from);
-    juce::FileOutputStream target (to, copyBufferBytes);
+    {
+        juce::FileInputStream source (from);
+        juce::FileOutputStream target (to, copyBufferBytes);
 
-    if (! source.openedOk() || ! target.openedOk())
-        return false;
+        if (! source.openedOk() || ! target.openedOk())
+            return false;
 
-    const auto copied = target.writeFromInputStream (source, -1);
-    target.flush();
-    return source.getStatus().wasOk() && target.getStatus().wasOk() && copied == source.getTotalLength();
+        target.writeFromInputStream (source, -1);
+    }
+
+    // The framework's writing tells nothing of a disk that had room for a part only.
+    const auto written = sha256OfFile (to);
+    return written.isNotEmpty() && written == sha256OfFile (from);
 }
 }
 

@@ -1,5 +1,7 @@
 #include "ProfileFile.h"
+#include "support/BoundedJson.h"
 #include "support/Files.h"
+#include "support/PrivateMounts.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -237,4 +239,52 @@ TEST (CreatorProfileStore, ExportsThatCannotBeAreRefusedWithTheirCodes)
     ASSERT_TRUE (file.replaceWithText ("x"));
     EXPECT_FALSE (store.exportTo (file.getChildFile ("below/copy.json"), error));
     EXPECT_EQ (error, "creator_export_failed");
+}
+
+TEST (CreatorProfileStore, AnExportThatADiskCutsShortHasFailedAndKeepsTheEarlierOne)
+{
+    const auto whole = juce::String::repeatedString ("x", 6 * 4096);
+    writeProfile (whole);
+    CreatorProfileStore store;
+    juce::String error;
+    const auto folder = freshFolder ("disk");
+    SmallDisk disk (folder, 100);
+    const auto target = write (in (folder, "copy.json"), "an earlier export");
+
+    // Room for one page, for two, and so on: the writing ends within one call, or between two.
+    for (int pages = 0; pages < 6; ++pages)
+    {
+        const auto spare = in (folder, "spare");
+        ASSERT_TRUE (pages == 0 || spare.replaceWithText (juce::String::repeatedString ("x", pages * 4096)));
+        disk.fillWithBytes();
+        spare.deleteFile();
+
+        EXPECT_FALSE (store.exportTo (target, error)) << pages;
+        EXPECT_EQ (error, "creator_export_failed");
+        disk.clear();
+        EXPECT_TRUE (target.loadFileAsString() == "an earlier export") << pages;
+        EXPECT_EQ (folder.getNumberOfChildFiles (juce::File::findFiles), 1) << pages;
+    }
+
+    EXPECT_TRUE (store.exportTo (target, error)) << error;
+    EXPECT_TRUE (target.loadFileAsString() == whole);
+}
+
+TEST (CreatorProfileStore, AFileFullOfGenresIsJudgedAboutAsFastAsItIsParsed)
+{
+    juce::MemoryOutputStream written;
+    written << R"({"schemaVersion":1,"genres":["x")";
+
+    for (int i = 0; written.getDataSize() < 500000; ++i)
+        written << ",\"" << i << '"';
+
+    written << "]}";
+    const auto text = written.toString();
+    const auto begin = juce::Time::getHighResolutionTicks();
+    ASSERT_FALSE (BoundedJson::parse (text).isVoid());
+    const auto parsed = juce::Time::getHighResolutionTicks();
+    EXPECT_EQ (errorOnLoading (text), "invalid_creator_profile");
+    const auto loaded = juce::Time::getHighResolutionTicks();
+
+    EXPECT_LT (loaded - parsed, 30 * (parsed - begin)) << "without a limit it is a thousand times as long";
 }
