@@ -6,6 +6,7 @@ import time
 
 from broker_client import BrokerClient, NoReply
 from lib.broker import HEALTHY, BrokerTest
+from lib.name_server import SilentNameServer
 from lib.waiting import stays, wait_for
 from upstream import Answer
 
@@ -79,6 +80,13 @@ class KilledAndQuit(BrokerTest):
 
     def test_quitting_while_the_service_says_nothing_takes_under_three_seconds_and_leaves_nothing(self):
         self.quit_quickly(self.begin_silent_completion())
+
+    def test_quitting_while_no_name_server_answers_takes_under_three_seconds_and_leaves_nothing(self):
+        self.start_with_key()
+        server = self.enterContext(SilentNameServer())
+        completion = self.launch_command("complete", "x", "--timeout", "60")
+        wait_for(lambda: server.was_asked_for("api.openai.com"), "the question for the service's address")
+        self.quit_quickly(completion)
 
     def test_quitting_while_the_service_stalls_in_its_answer_too(self):
         self.start_with_key()

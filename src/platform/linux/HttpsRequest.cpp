@@ -123,13 +123,11 @@ private:
     {
         const auto set = [this] (CURLoption option, auto value) { return curl_easy_setopt (easy.get(), option, value) == CURLE_OK; };
 
-        // One request at a time gains nothing from HTTP/2, whose flow control makes a big download slower. Without the quick exit,
-        // the end of a cancelled request waits for a name server that doesn't answer.
+        // One request at a time gains nothing from HTTP/2, whose flow control makes a big download slower.
         return set (CURLOPT_PROTOCOLS_STR, "https")
             && set (CURLOPT_HTTP_VERSION, (long) CURL_HTTP_VERSION_1_1)
             && set (CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L)
             && set (CURLOPT_NOSIGNAL, 1L)
-            && set (CURLOPT_QUICK_EXIT, 1L)
             && set (CURLOPT_TCP_KEEPALIVE, 1L)
             && set (CURLOPT_BUFFERSIZE, receiveBufferSize)
             && set (CURLOPT_USERAGENT, "ZORVA-Hub")
