@@ -24,6 +24,15 @@ void ZorvaHubApplication::initialise (const juce::String&)
         return;
     }
 
+    // The framework's lock is one file for all users of the machine, and it takes a file that it may not open for a lock that it has.
+    if (! secondInstance.listen ([this] { anotherInstanceStarted ({}); }))
+    {
+        platform::SecondInstance::notifyFirst();
+        start = Start::besideAnother;
+        quit();
+        return;
+    }
+
     start = Start::complete;
     HubPaths::ensureDirectories();
 
@@ -38,9 +47,7 @@ void ZorvaHubApplication::initialise (const juce::String&)
     window->centreWithSize (window->getWidth(), window->getHeight());
     window->setVisible (true);
 
-    // Stored last: a second start that arrives before this finds no window and does nothing.
     mainWindow = std::move (window);
-    secondInstance.listen ([this] { anotherInstanceStarted ({}); });
 }
 
 void ZorvaHubApplication::shutdown()

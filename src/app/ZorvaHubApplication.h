@@ -23,7 +23,7 @@ public:
     /** Also called in a second process, which the framework stops before initialise(). */
     void shutdown() override;
 
-    /** Brings the window forward; does nothing while there is none. */
+    /** Brings the window forward; does nothing while there is none, which is so until the start is complete. */
     void anotherInstanceStarted (const juce::String& commandLine) override;
 
     void suspended() override {}
@@ -36,6 +36,7 @@ private:
     {
         notReached,         ///< a second process, stopped before it
         withoutDisplay,     ///< nothing to open a window on
+        besideAnother,      ///< a second process that the framework did not stop
         complete
     };
 

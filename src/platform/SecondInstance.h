@@ -16,7 +16,8 @@ public:
     SecondInstance();
     ~SecondInstance();
 
-    /** Begins to listen; the function is called on the message thread at each signal. False when the address is taken. */
+    /** Begins to listen; the function is called on the message thread at each signal. False when another process listens already, and
+        only then: a system that gives no socket keeps no Hub from starting. */
     bool listen (std::function<void()> onSecondStart);
 
     /** Ends the listening; safe to call when not listening. */

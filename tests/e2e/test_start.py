@@ -2,6 +2,7 @@
 
 import os
 import subprocess
+from pathlib import Path
 
 from lib.case import HubTest, World
 from lib.layout import Layout
@@ -50,6 +51,7 @@ class FirstStart(HubTest):
 
 
 # A program without DISPLAY tries display 0, and the socket files of displays outside are visible in the world.
+LOCK = Path("/var/tmp/juceAppLock_ZORVA Hub")     # the framework's, of whoever started a Hub first
 WITHOUT_SOCKETS = ["unshare", "--mount", "sh", "-c", 'mount -t tmpfs none /tmp/.X11-unix && exec "$0"']
 
 
@@ -100,6 +102,19 @@ class SecondStart(HubTest):
         wait_for(lambda: not self.hub.windows(), "the window to be minimised")
         self.hub.start_again()
         wait_for(lambda: self.hub.windows() == [first], "the window to come back")
+
+    def test_a_lock_that_cannot_be_opened_lets_no_second_hub_run(self):
+        """Such as one that another user of the machine has made. Root may open every file, but no folder."""
+        LOCK.unlink(missing_ok=True)
+        LOCK.mkdir()
+        self.addCleanup(LOCK.rmdir)
+        self.hub.start()
+        first = self.hub.window
+        self.cover_the_hub()
+        self.assertEqual(self.hub.start_again(), 0)
+        wait_for(lambda: World.screen.stacking()[-1] == first, "the Hub's window to come to the top")
+        self.assertEqual(self.hub.windows(), [first])
+        self.assertIsNone(self.hub.process.poll())
 
     def test_after_a_crash_the_next_start_is_a_first_one(self):
         self.hub.start()

@@ -1,5 +1,6 @@
 #include "platform/SecondInstance.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <juce_events/juce_events.h>
@@ -88,14 +89,15 @@ struct SecondInstance::Listener
             ::close (descriptor);
     }
 
-    bool bind() const
+    /** 0, or the system's error. */
+    int bind() const
     {
         const auto address = makeAddress();
         const int yes = 1;
 
         return descriptor >= 0
-            && ::setsockopt (descriptor, SOL_SOCKET, SO_PASSCRED, &yes, sizeof (yes)) == 0
-            && ::bind (descriptor, address.get(), address.size) == 0;
+                && ::setsockopt (descriptor, SOL_SOCKET, SO_PASSCRED, &yes, sizeof (yes)) == 0
+                && ::bind (descriptor, address.get(), address.size) == 0 ? 0 : errno;
     }
 
     void watch (std::function<void()> onSecondStart)
@@ -125,12 +127,15 @@ bool SecondInstance::listen (std::function<void()> onSecondStart)
 {
     auto candidate = std::make_unique<Listener>();
 
-    if (! candidate->bind())
-        return false;
+    const auto error = candidate->bind();
 
-    candidate->watch (std::move (onSecondStart));
-    listener = std::move (candidate);
-    return true;
+    if (error == 0)
+    {
+        candidate->watch (std::move (onSecondStart));
+        listener = std::move (candidate);
+    }
+
+    return error != EADDRINUSE;
 }
 
 void SecondInstance::stop()

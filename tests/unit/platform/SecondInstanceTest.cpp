@@ -4,6 +4,7 @@
 #include "support/PrivateMounts.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -75,6 +76,21 @@ TEST_F (SecondInstance, OnlyOneListens)
 
     platform::SecondInstance::notifyFirst();
     EXPECT_TRUE (comesForward (1));
+}
+
+TEST_F (SecondInstance, ASystemThatGivesNoSocketKeepsNoHubFromStarting)
+{
+    rlimit before {};
+    ASSERT_EQ (::getrlimit (RLIMIT_NOFILE, &before), 0);
+    const rlimit none { 0, before.rlim_max };
+    ASSERT_EQ (::setrlimit (RLIMIT_NOFILE, &none), 0);
+    const bool mayStart = first.listen ([this] { ++signals; });
+    ASSERT_EQ (::setrlimit (RLIMIT_NOFILE, &before), 0);
+    EXPECT_TRUE (mayStart);
+
+    platform::SecondInstance::notifyFirst();
+    pump();
+    EXPECT_EQ (signals, 0);
 }
 
 TEST_F (SecondInstance, NothingHappensWhenNobodyListens)
