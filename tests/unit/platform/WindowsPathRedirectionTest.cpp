@@ -62,6 +62,17 @@ TEST (PathRedirection, ALinkToAFolderHasTheAttributeAndALinksOwnName)
     EXPECT_TRUE (platform::isLinkOrRedirection (in (folder, "LINK"))) << "names have no case here";
 }
 
+TEST (PathRedirection, TheRootOfADriveIsNotTakenForItsCurrentDirectory)
+{
+    const auto folder = freshFolder ("current");
+    ASSERT_TRUE (in (folder, "folder").createDirectory().wasOk());
+    const auto current = link (in (folder, "link"), "folder");
+    ASSERT_TRUE (::SetCurrentDirectoryW (current.getFullPathName().toWideCharPointer()));
+
+    EXPECT_TRUE (platform::isLinkOrRedirection (current));
+    EXPECT_FALSE (platform::isLinkOrRedirection (juce::File (current.getFullPathName().substring (0, 2))));
+}
+
 TEST (PathRedirection, NoOtherAttributeMeansARedirection)
 {
     const auto folder = freshFolder ("attributes");
