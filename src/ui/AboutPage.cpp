@@ -5,6 +5,7 @@
 #include "platform/Programs.h"
 #include "support/Text.h"
 #include "ui/HubPalette.h"
+#include "ui/KeepingFocus.h"
 #include "ui/SpaceKey.h"
 #include "ui/TextPainting.h"
 
@@ -37,12 +38,6 @@ public:
 
 private:
     void clicked() override { platform::openAddress (target); }
-
-    void paintButton (juce::Graphics& g, bool isOver, bool isDown) override
-    {
-        if (getHeight() >= shortestReadable)    // a low window cuts the rows, and a sliver of a line is only dirt
-            juce::HyperlinkButton::paintButton (g, isOver, isDown);
-    }
 
     const juce::String target;
 
@@ -144,6 +139,14 @@ void AboutPage::resized()
     placeRow (*websiteLink, *bugLink);
     rest.removeFromTop (linkGap);
     placeRow (*featureLink, *joinLink);
+
+    // A low window cuts the rows: a sliver that nobody can read is nothing to press, and its line of text only dirt.
+    for (auto* each : { websiteLink.get(), bugLink.get(), featureLink.get(), joinLink.get() })
+    {
+        const bool isReadable = each->getHeight() >= shortestReadable;
+        setFocusableKeepingFocus (*each, isReadable);
+        each->setVisible (isReadable);
+    }
 }
 
 bool AboutPage::keyPressed (const juce::KeyPress& key)

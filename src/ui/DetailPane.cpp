@@ -225,7 +225,7 @@ void DetailPane::paint (juce::Graphics& g)
     g.setColour (HubPalette::border);
     g.fillRect (layout.lowerRule);
 
-    if (showsGallery())
+    if (showsGallery() && layout.galleryHeading.getBottom() <= bottom)
         drawTextLine (g, "What's Included", layout.galleryHeading, boldFont (11.0f), HubPalette::textPrimary,
                       juce::Justification::centredLeft, Overflow::clip);
 }
@@ -266,31 +266,36 @@ void DetailPane::paintFacts (juce::Graphics& g, const DetailPaneLayout& layout, 
 
 void DetailPane::paintReleaseNotes (juce::Graphics& g, const DetailPaneLayout& layout, int bottom) const
 {
-    if (layout.notes.empty())
+    // A panel with nothing to read in it would only look broken.
+    if (layout.notes.empty() || layout.notes.front().summaryLinesAbove (bottom) == 0)
         return;
 
-    const auto box = layout.notesBox.toFloat();
+    const auto above = [bottom] (juce::Rectangle<int> area) { return area.withBottom (juce::jmin (area.getBottom(), bottom)); };
+    const auto box = above (layout.notesBox).toFloat();
     g.setColour (HubPalette::panel);
     g.fillRoundedRectangle (box, 5.0f);
     g.setColour (HubPalette::border);
     g.drawRoundedRectangle (box.reduced (0.5f), 5.0f, 1.0f);
 
-    if (layout.notesHeading.getBottom() <= bottom)
-        drawTextLine (g, utf8 ("WHAT'S NEW  ·  VERSION ") + model->product.version, layout.notesHeading, boldFont (11.0f),
-                      HubPalette::accent);
+    drawTextLine (g, utf8 ("WHAT'S NEW  ·  VERSION ") + model->product.version, layout.notesHeading, boldFont (11.0f),
+                  HubPalette::accent);
 
     for (size_t i = 0; i < layout.notes.size(); ++i)
     {
         const auto& note = model->product.releaseNotes[i];
         const auto& place = layout.notes[i];
 
-        if (place.summary.getBottom() > bottom)
+        if (place.title.getBottom() > bottom)
             return;
 
         drawTextLine (g, note.title, place.title, boldFont (11.5f), HubPalette::textPrimary);
-        g.setColour (HubPalette::textSecondary);
-        g.setFont (plainFont (10.5f));
-        g.drawFittedText (note.summary, place.summary, juce::Justification::topLeft, 3, 0.9f);
+
+        if (const int lines = place.summaryLinesAbove (bottom); lines > 0)
+        {
+            g.setColour (HubPalette::textSecondary);
+            g.setFont (plainFont (10.5f));
+            g.drawFittedText (note.summary, above (place.summary), juce::Justification::topLeft, lines, 0.9f);
+        }
     }
 }
 

@@ -5,7 +5,7 @@
 
 namespace
 {
-constexpr int margin = 16;
+constexpr int margin = 16, summaryHeight = 38, mostSummaryLines = 3;
 
 juce::int64 sizeOf (const Product& product)
 {
@@ -78,7 +78,7 @@ DetailPaneLayout::DetailPaneLayout (const ProductCardModel& model, int paneWidth
         notesHeading = at (26, y + 19, 16);
 
         for (int i = 0; i < count; ++i)
-            notes.push_back ({ at (30, y + 44 + i * 62, 15), at (30, y + 60 + i * 62, 38) });
+            notes.push_back ({ at (30, y + 44 + i * 62, 15), at (30, y + 60 + i * 62, summaryHeight) });
 
         y += count * 62 + 52;
     }
@@ -86,6 +86,12 @@ DetailPaneLayout::DetailPaneLayout (const ProductCardModel& model, int paneWidth
     lowerRule = at (margin, y + 6, 1);
     galleryHeading = at (margin, y + 15, 18);
     galleryTop = y + 33;
+}
+
+int DetailPaneLayout::Note::summaryLinesAbove (int y) const
+{
+    const int room = juce::jlimit (0, summary.getHeight(), y - summary.getY());
+    return room * mostSummaryLines / summaryHeight;
 }
 
 DetailPaneButtons::DetailPaneButtons (juce::Rectangle<int> paneBounds, bool showsReinstall)

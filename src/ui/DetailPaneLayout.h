@@ -13,6 +13,9 @@ struct DetailPaneLayout
 {
     struct Note
     {
+        /** How many lines of the summary stand whole above this y, at most 3. */
+        int summaryLinesAbove (int y) const;
+
         juce::Rectangle<int> title, summary;
     };
 

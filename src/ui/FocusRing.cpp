@@ -47,8 +47,8 @@ void FocusRing::globalFocusChanged (juce::Component*)
 
 const FocusRing::Watched* FocusRing::focusedChild() const
 {
-    const auto found = std::find_if (watched.begin(), watched.end(),
-                                     [] (const Watched& w) { return w.child->hasKeyboardFocus (false); });
+    const auto showsRing = [] (const Watched& w) { return w.child->hasKeyboardFocus (false) && ! w.child->getBounds().isEmpty(); };
+    const auto found = std::find_if (watched.begin(), watched.end(), showsRing);
     return found != watched.end() ? &*found : nullptr;
 }
 

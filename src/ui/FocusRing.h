@@ -22,7 +22,7 @@ public:
         bounds; a negative distance puts it inside, for what fills its parent. */
     void watch (juce::Component& child, int distance = 2);
 
-    /** Draws the ring if one of the watched components has the focus; in the parent's coordinates. */
+    /** Draws the ring if one of the watched components has the focus and any size; in the parent's coordinates. */
     void paint (juce::Graphics&) const;
 
 private:

@@ -10,3 +10,11 @@ void setEnabledKeepingFocus (juce::Component& control, bool shouldBeEnabled)
 
     control.setEnabled (shouldBeEnabled);
 }
+
+void setFocusableKeepingFocus (juce::Component& control, bool shouldBeFocusable)
+{
+    if (! shouldBeFocusable && control.hasKeyboardFocus (false))
+        control.moveKeyboardFocusToSibling (false);
+
+    control.setWantsKeyboardFocus (shouldBeFocusable);
+}

@@ -46,11 +46,15 @@ void SettingsPage::refreshKeyState()
     storageLabel.setText ("Storage: " + credentialStore.backendName() + utf8 (" \xc2\xb7 Model: ") + HubOpenAiClient::modelName,
                           juce::dontSendNotification);
 
-    // With a key the result of the last action stays readable.
-    if (! hasKey)
-        keyStatusLabel.setText ("No API key stored in ZORVA Hub.", juce::dontSendNotification);
+    if (! keyTestRuns)
+    {
+        // With a key the result of the last action stays readable.
+        if (! hasKey)
+            keyStatusLabel.setText ("No API key stored in ZORVA Hub.", juce::dontSendNotification);
 
-    setEnabledKeepingFocus (deleteKeyButton, hasKey);
+        setEnabledKeepingFocus (deleteKeyButton, hasKey);
+    }
+
     apiKeyEditor.setTextToShowWhenEmpty (hasKey ? utf8 ("\xe2\x80\xa2\xe2\x80\xa2\xe2\x80\xa2\xe2\x80\xa2 stored \xe2\x80\x94 enter a new key to replace")
                                                 : juce::String ("Paste an OpenAI API key"),
                                          HubPalette::textSecondary);
@@ -117,6 +121,7 @@ void SettingsPage::saveKey()
 
 void SettingsPage::testKey()
 {
+    keyTestRuns = true;
     setKeyControlsEnabled (false);
     keyStatusLabel.setText (utf8 ("Testing OpenAI API access\xe2\x80\xa6"), juce::dontSendNotification);
 
@@ -135,6 +140,7 @@ void SettingsPage::testKey()
 
 void SettingsPage::onKeyTested (const HubOpenAiClient::Result& result)
 {
+    keyTestRuns = false;
     setKeyControlsEnabled (true);
     refreshKeyState();
     keyStatusLabel.setText (result.ok ? juce::String ("Key verified. ZORVA Hub can reach the OpenAI Responses API.") : result.message,
@@ -237,5 +243,5 @@ void SettingsPage::resized()
     // What a low window leaves no room for is no place for the focus.
     for (auto* child : getChildren())
         if (dynamic_cast<juce::Label*> (child) == nullptr)
-            child->setWantsKeyboardFocus (! child->getBounds().isEmpty());
+            setFocusableKeepingFocus (*child, ! child->getBounds().isEmpty());
 }

@@ -164,3 +164,53 @@ TEST (AboutPage, EveryLinksCaptionHasRoom)
         }
     }
 }
+
+//==============================================================================
+TEST (AboutPage, LinksTooLowToBeReadTakeNeitherFocusNorClicks)
+{
+    AboutScene scene (740, 454);        // the page in a window of 900 x 600
+    auto& first = scene.link ("websiteLink");
+    first.grabKeyboardFocus();
+    scene.window->key (juce::KeyPress::tabKey);
+    EXPECT_EQ (juce::Component::getCurrentlyFocusedComponent(), &scene.link ("bugLink"));
+    scene.window->key (juce::KeyPress::tabKey);
+    EXPECT_EQ (juce::Component::getCurrentlyFocusedComponent(), &first) << "there is no third stop";
+
+    for (const auto* id : { "featureLink", "joinLink" })
+    {
+        auto& link = scene.link (id);
+        ASSERT_EQ (link.getHeight(), 3) << id;
+        EXPECT_FALSE (link.isShowing()) << id;
+        EXPECT_FALSE (link.getWantsKeyboardFocus()) << id;
+        EXPECT_EQ (scene.page.getComponentAt (link.getBounds().getCentre()), &scene.page) << id;
+    }
+
+    EXPECT_EQ (scene.page.getComponentAt (first.getBounds().getCentre()), &first);
+}
+
+TEST (AboutPage, ALinkThatGetsTooLowHandsTheFocusToOneThatCanBeRead)
+{
+    AboutScene scene;
+    scene.link ("joinLink").grabKeyboardFocus();
+    ASSERT_TRUE (scene.link ("joinLink").hasKeyboardFocus (false));
+    scene.page.setSize (740, 454);
+    EXPECT_EQ (juce::Component::getCurrentlyFocusedComponent(), &scene.link ("bugLink"));
+}
+
+TEST (AboutPage, LinksComeBackAsSoonAsTheyCanBeRead)
+{
+    // The second row begins at 427, and the page's margin is 24.
+    AboutScene scene (940, 427 + 11 + 24);
+    EXPECT_EQ (scene.link ("joinLink").getHeight(), 11);
+    EXPECT_FALSE (draws (scene, plain (12.0f), "Apply"));
+
+    scene.page.setSize (940, 427 + 12 + 24);
+    EXPECT_TRUE (draws (scene, plain (12.0f), "Apply"));
+
+    for (const auto* id : aboutLinks)
+    {
+        scene.link (id).grabKeyboardFocus();
+        EXPECT_TRUE (scene.link (id).hasKeyboardFocus (false)) << id;
+        EXPECT_EQ (scene.page.getComponentAt (scene.link (id).getBounds().getCentre()), &scene.link (id)) << id;
+    }
+}

@@ -128,6 +128,16 @@ TEST (DetailPaneGallery, WithTooLittleHeightTheHeadingIsStillPainted)
     EXPECT_NE (differenceToHeading (scene, 300, {}), "");
 }
 
+TEST (DetailPaneGallery, AHeadingThatDoesNotFitWholeIsNotPainted)
+{
+    // The details end 88 pixels above the foot of the pane.
+    EXPECT_EQ (differenceToHeading (*std::make_unique<Scene> (daw(), 300 + 88), 300), "");
+    Scene lower (daw(), 299 + 88);
+    EXPECT_EQ (differenceToHeading (lower, 300, {}), "");
+    EXPECT_EQ (pixelsOf (pictureOf (lower.pane), HubPalette::border, { 16, 273, PaneScene::width - 32, 1 }), PaneScene::width - 32)
+        << "the rule above it has its room";
+}
+
 TEST (DetailPaneGallery, ComesAndGoesWithTheHeightOfThePane)
 {
     Scene scene;

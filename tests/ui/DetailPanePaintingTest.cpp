@@ -89,6 +89,83 @@ std::vector<juce::Rectangle<int>> buttonAreas()
     return { { width - 40, 16, 24, 24 }, { 16, height - 124, width - 32, 108 } };
 }
 
+/** A pane whose details end at a y, and what can then be read of two notes. */
+struct LowPane
+{
+    int bottom, firstLines;
+    bool secondTitle;
+    int secondLines;
+};
+
+const LowPane lowPanes[] {
+    { 467, 3, true, 3 },    // everything, with the rule below
+    { 466, 3, true, 3 },
+    { 460, 3, true, 3 }, { 459, 3, true, 3 }, { 444, 3, true, 3 },
+    { 443, 3, true, 2 }, { 432, 3, true, 2 },
+    { 431, 3, true, 1 }, { 419, 3, true, 1 },
+    { 418, 3, true, 0 }, { 405, 3, true, 0 },
+    { 404, 3, false, 0 }, { 382, 3, false, 0 },
+    { 381, 2, false, 0 }, { 370, 2, false, 0 },
+    { 369, 1, false, 0 }, { 357, 1, false, 0 },
+    { 356, 0, false, 0 }, { 343, 0, false, 0 }, { 319, 0, false, 0 }, { 300, 0, false, 0 },     // no panel either
+};
+
+/** What stands below the details of a product that is not installed. */
+constexpr int buttonsHeight = 88;
+
+ProductCardModel modelWithTwoNotes()
+{
+    auto model = someModel();
+    model.product.releaseNotes = { { "Half-pedalling", "The sustain pedal has a hundred positions now, and each of the dampers follows "
+                                                       "it in its own time, so that a note that is let go slowly dies slowly too." },
+                                   { "Una corda", "The left pedal moves the hammers to two strings of three, and the softer felt between "
+                                                  "the grooves is heard, with all the noises that a real action makes on its way." } };
+    return model;
+}
+
+/** The notes in a low pane, by hand. The facts of the product end at 284. */
+juce::Image lowPicture (const LowPane& low)
+{
+    return paintedOn (HubPalette::surface, width, low.bottom + 8, [&] (juce::Graphics& g)
+    {
+        const auto product = modelWithTwoNotes().product;
+        g.setColour (HubPalette::border);
+        g.fillRect (0, 0, 1, low.bottom);
+
+        if (low.firstLines > 0)
+        {
+            const auto box = juce::Rectangle<int> (16, 294, width - 32, juce::jmin (460, low.bottom) - 294).toFloat();
+            g.setColour (HubPalette::panel);
+            g.fillRoundedRectangle (box, 5.0f);
+            g.setColour (HubPalette::border);
+            g.drawRoundedRectangle (box.reduced (0.5f), 5.0f, 1.0f);
+            line (g, utf8 ("WHAT'S NEW  ·  VERSION ") + product.version, { 26, 303, width - 52, 16 }, bold (11.0f), HubPalette::accent);
+        }
+
+        const auto note = [&] (const ReleaseNote& text, int y, bool hasTitle, int lines)
+        {
+            if (hasTitle)
+                line (g, text.title, { 30, y, width - 60, 15 }, bold (11.5f), HubPalette::textPrimary);
+
+            g.setFont (plain (10.5f));
+            g.setColour (HubPalette::textSecondary);
+
+            if (lines > 0)
+                g.drawFittedText (text.summary, { 30, y + 16, width - 60, juce::jmin (38, low.bottom - y - 16) },
+                                  juce::Justification::topLeft, lines, 0.9f);
+        };
+
+        note (product.releaseNotes[0], 328, low.firstLines > 0, low.firstLines);
+        note (product.releaseNotes[1], 390, low.secondTitle, low.secondLines);
+
+        if (low.bottom >= 467)
+        {
+            g.setColour (HubPalette::border);
+            g.fillRect (16, 466, width - 32, 1);
+        }
+    });
+}
+
 ProductCardModel withImage (ProductCardModel model)
 {
     model.product.image = someImage();
@@ -241,6 +318,20 @@ TEST (DetailPane, ALowPaneKeepsItsButtonsFreeOfText)
     const int primaryBottom = scene.primary().getBottom();
     EXPECT_EQ (pixelsOf (image, HubPalette::surface, { 16, primaryBottom + 1, width - 32, 6 }), (width - 32) * 6);
     EXPECT_EQ (pixelsOf (image, HubPalette::surface, { 100, scene.reveal().getY(), width - 116, 20 }), (width - 116) * 20);
+}
+
+TEST (DetailPane, ALowPaneShowsAllOfTheNotesThatCanBeRead)
+{
+    for (const auto& low : lowPanes)
+    {
+        SCOPED_TRACE (low.bottom);
+        Scene scene (low.bottom + buttonsHeight);
+        scene.pane.setModel (modelWithTwoNotes());
+
+        // From above the panel down to the button, which begins 8 pixels below.
+        const juce::Rectangle<int> area (0, 284, width, low.bottom + 8 - 284);
+        EXPECT_EQ (difference (cut (pictureOf (scene.pane), area), cut (lowPicture (low), area)), "");
+    }
 }
 
 //==============================================================================

@@ -58,7 +58,7 @@ std::vector<Page> allPages()
                               { "SettingsAdvanced", 1100, 720, Tab::settings, 17, openAdvanced },
                               { "SettingsLow", 900, 600, Tab::settings, 13, nothing },
                               { "About", 1100, 720, Tab::about, 9, nothing },
-                              { "AboutLow", 900, 600, Tab::about, 9, nothing } };
+                              { "AboutLow", 900, 600, Tab::about, 7, nothing } };
 
     // Thirteen around the fields: the sidebar's four, the wizard's eight buttons, the status bar.
     constexpr size_t numFields[] { 0, 1, 2, 1, 1, 2, 1, 1, 1, 1 };

@@ -31,38 +31,69 @@ struct LibraryScene
     std::unique_ptr<HubRun> run;
 };
 
+/** Three buttons in a row. */
+struct ThreeButtons
+{
+    ThreeButtons()
+    {
+        int x = 0;
+
+        for (auto* button : { &before, &control, &after })
+        {
+            page.addAndMakeVisible (button);
+            button->setBounds (100 * x++, 0, 90, 30);
+        }
+
+        page.setSize (300, 30);
+        window = std::make_unique<HeadlessWindow> (page);
+    }
+
+    HubLook look;
+    juce::TextButton before { "before" }, control { "control" }, after { "after" };
+    juce::Component page;
+    std::unique_ptr<HeadlessWindow> window;
+};
+
 juce::Component* focused()    { return juce::Component::getCurrentlyFocusedComponent(); }
 }
 
 //==============================================================================
 TEST (KeepingFocus, ADisabledControlHandsItToTheOneBefore)
 {
-    HubLook look;
-    juce::Component page;
-    juce::TextButton before ("before"), control ("control"), after ("after");
-    int x = 0;
+    ThreeButtons scene;
+    scene.control.grabKeyboardFocus();
+    setEnabledKeepingFocus (scene.control, false);
+    EXPECT_EQ (focused(), &scene.before);
+    EXPECT_FALSE (scene.control.isEnabled());
 
-    for (auto* button : { &before, &control, &after })
-    {
-        page.addAndMakeVisible (button);
-        button->setBounds (100 * x++, 0, 90, 30);
-    }
+    setEnabledKeepingFocus (scene.control, true);
+    EXPECT_EQ (focused(), &scene.before) << "it is not taken back";
 
-    page.setSize (300, 30);
-    HeadlessWindow window (page);
-    control.grabKeyboardFocus();
-    setEnabledKeepingFocus (control, false);
-    EXPECT_EQ (focused(), &before);
-    EXPECT_FALSE (control.isEnabled());
+    scene.control.grabKeyboardFocus();
+    scene.page.setWantsKeyboardFocus (true);
+    setEnabledKeepingFocus (scene.control, false);
+    EXPECT_EQ (focused(), &scene.page);
+}
 
-    setEnabledKeepingFocus (control, true);
-    EXPECT_EQ (focused(), &before) << "it is not taken back";
+TEST (KeepingFocus, AControlThatMayNotHaveItAnyMoreHandsItToTheOneBefore)
+{
+    ThreeButtons scene;
+    scene.control.grabKeyboardFocus();
+    setFocusableKeepingFocus (scene.control, true);
+    EXPECT_EQ (focused(), &scene.control);
 
-    control.grabKeyboardFocus();
-    page.setWantsKeyboardFocus (true);
-    setEnabledKeepingFocus (control, false);
-    EXPECT_EQ (focused(), &page);
-    page.removeAllChildren();
+    setFocusableKeepingFocus (scene.control, false);
+    EXPECT_EQ (focused(), &scene.before);
+    EXPECT_FALSE (scene.control.getWantsKeyboardFocus());
+    EXPECT_TRUE (scene.control.isEnabled());
+
+    setFocusableKeepingFocus (scene.before, false);
+    EXPECT_EQ (focused(), &scene.after) << "the first hands it to the last";
+
+    setFocusableKeepingFocus (scene.control, true);
+    EXPECT_EQ (focused(), &scene.after) << "it is not taken back";
+    scene.control.grabKeyboardFocus();
+    EXPECT_EQ (focused(), &scene.control);
 }
 
 TEST (KeepingFocus, TheDetailsKeepItWhenTheirButtonBeginsToWork)

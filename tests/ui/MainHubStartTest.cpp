@@ -3,9 +3,13 @@
 #include "HubWorld.h"
 #include "support/Files.h"
 #include "support/JournalBuilder.h"
+#include "support/LogCapture.h"
+#include "support/RandomRefusal.h"
 #include "support/Text.h"
 #include "ui/HubPalette.h"
 #include "ui/ProductActions.h"
+
+#include <algorithm>
 
 using namespace zorva::test;
 
@@ -82,6 +86,25 @@ TEST (MainHubComponent, ADirectoryThatCannotBeMadeKeepsNothingFromWorking)
     run.select ("zorva-daw");
     EXPECT_EQ (run.shownInPane(), "zorva-daw");
     EXPECT_TRUE (run.showsNoBox());
+}
+
+TEST (MainHubComponent, ABrokerThatCannotStartKeepsNothingFromWorking)
+{
+    stayOffline();
+    putLocalManifest ({ app ("a") });
+    putInVault (app ("a"), "setup.exe", "setup of a");
+    const LogCapture log;
+    refuseRandomBytes();
+    HubRun run;
+
+    const auto lines = log.lines();
+    EXPECT_EQ (std::count (lines.begin(), lines.end(), "[HUB.AI] broker startup failed"), 1) << lines.joinIntoString ("\n");
+    EXPECT_TRUE (run.showsNoBox());
+    EXPECT_EQ (run.cards(), "a: INSTALL, Cached");
+    run.select ("a");
+    EXPECT_EQ (run.shownInPane(), "a");
+    run.open (Sidebar::Tab::settings);
+    EXPECT_TRUE (below (*run.hub, "settingsPage").isShowing());
 }
 
 TEST (MainHubComponent, TheFirstRefreshBringsTheCatalogueAndThePill)

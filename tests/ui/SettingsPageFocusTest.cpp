@@ -139,3 +139,27 @@ TEST (SettingsPageFocus, WhatALowWindowLeavesNoRoomForIsNoStop)
     scene.page->setSize (Scene::width, Scene::height);
     EXPECT_EQ (stops (scene), all);
 }
+
+TEST (SettingsPageFocus, WhatLosesItsRoomHandsItToTheOneBefore)
+{
+    Scene scene ("sk-test-1");
+    scene.show();
+    scene.click ("advancedButton");
+    ASSERT_EQ (focused (scene), "advancedButton");
+
+    scene.page->setSize (740, 454);
+    EXPECT_EQ (focused (scene), "openVaultButton");
+    const auto lost = scene.child ("advancedButton").getBounds();
+    ASSERT_EQ (lost.getHeight(), 0);
+    EXPECT_EQ (pixelsOf (pictureOf (*scene.page), HubPalette::accent, lost.expanded (5)), 0) << "no ring around nothing";
+
+    scene.page->setSize (Scene::width, Scene::height);
+    EXPECT_EQ (focused (scene), "openVaultButton") << "it is not taken back";
+
+    // Over all that has lost its room as well.
+    scene.child ("checkUpdatesButton").grabKeyboardFocus();
+    scene.page->setSize (740, 454);
+    EXPECT_EQ (focused (scene), "openVaultButton");
+    scene.page->setSize (740, 90);
+    EXPECT_EQ (focused (scene), "apiKeyEditor");
+}

@@ -34,6 +34,36 @@ void expectKeyControls (Scene& scene, bool enabled, bool canDelete)
     EXPECT_EQ (scene.editor ("apiKeyEditor").isEnabled(), enabled);
     EXPECT_EQ (scene.button ("deleteKeyButton").isEnabled(), canDelete);
 }
+
+/** Leaves the tab during a test, of the stored key or of a typed one, and comes back; then the test ends well. */
+void expectATestToOutlastAnotherTab (const juce::String& stored, const juce::String& typed)
+{
+    TrustedTestServer server;
+    server.serve (path, TrustedTestServer::Answer::text (R"({"output_text": "OK"})").silenced());
+    Scene scene (stored, server.url (path));
+    scene.show();
+    scene.enterKeyAndClick (typed, "testKeyButton");
+
+    scene.page->setVisible (false);
+    scene.store.nameBackend ("Other Vault");
+    scene.page->setVisible (true);
+    EXPECT_EQ (scene.status(), underTest());
+    expectKeyControls (scene, false, false);
+    EXPECT_EQ (scene.child<juce::Label> ("storageLabel").getText(), utf8 ("Storage: Other Vault · Model: gpt-5.6-terra"));
+
+    server.release (path);
+    ASSERT_TRUE (pumpUntil ([&] { return scene.button ("testKeyButton").isEnabled(); }, 20000));
+    EXPECT_EQ (scene.status(), verified);
+    expectKeyControls (scene, true, stored.isNotEmpty());
+
+    // From then on the page tells of the key again.
+    juce::String error;
+    scene.store.deleteKey (error);
+    scene.page->setVisible (false);
+    scene.page->setVisible (true);
+    EXPECT_EQ (scene.status(), noKey);
+    expectKeyControls (scene, true, false);
+}
 }
 
 //==============================================================================
@@ -240,6 +270,30 @@ TEST (SettingsPageKey, ATestDisablesTheKeyControlsUntilItsEnd)
     EXPECT_TRUE (scene.editor ("manifestUrlEditor").isEnabled()) << "the rest of the page stays in use";
 
     EXPECT_TRUE (pumpUntil ([&] { return scene.status() != underTest(); }, 20000));
+    expectKeyControls (scene, true, true);
+}
+
+TEST (SettingsPageKey, ATestOfTheStoredKeyOutlastsAnotherTab)
+{
+    expectATestToOutlastAnotherTab ("sk-test-1", {});
+}
+
+TEST (SettingsPageKey, ATestOfATypedKeyOutlastsAnotherTab)
+{
+    expectATestToOutlastAnotherTab ({}, "sk-test-2");
+}
+
+TEST (SettingsPageKey, AKeyThatComesDuringATestChangesTheHintAtOnceAndTheButtonAtTheEnd)
+{
+    Scene scene;
+    scene.show();
+    scene.enterKeyAndClick ("sk-test-2", "testKeyButton");
+    scene.store.hold ("sk-test-1");
+    scene.page->visibilityChanged();
+    EXPECT_EQ (scene.editor ("apiKeyEditor").getTextToShowWhenEmpty(), storedHint());
+    expectKeyControls (scene, false, false);
+
+    ASSERT_TRUE (pumpUntil ([&] { return scene.button ("testKeyButton").isEnabled(); }, 20000));
     expectKeyControls (scene, true, true);
 }
 

@@ -76,6 +76,20 @@ TEST (FocusRing, StandsAroundTheFocusedChildAlone)
     EXPECT_EQ (ringDifference (pictureOf (component), ringAround (component.second.getBounds().reduced (3))), "");
 }
 
+TEST (FocusRing, IsNotDrawnAroundWhatHasNoRoom)
+{
+    HubLook look;
+    Ringed component;
+    HeadlessWindow window (component);
+    component.first.grabKeyboardFocus();
+
+    for (const auto& [width, height] : { std::pair (100, 0), { 0, 30 }, { 0, 0 } })
+    {
+        component.first.setSize (width, height);
+        EXPECT_EQ (pixelsOf (pictureOf (component), HubPalette::accent, component.getLocalBounds()), 0) << width << " x " << height;
+    }
+}
+
 TEST (FocusRing, RepaintsWhatTheFocusLeavesAndWhereItComes)
 {
     HubLook look;
