@@ -7,6 +7,7 @@
 #include "catalogue/ManifestParser.h"
 #include "support/HttpsStream.h"
 #include "support/RecordFile.h"
+#include "support/RegularFile.h"
 #include "support/Worker.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ bool fetchIntoCache (const juce::String& address)
 
 std::vector<Product> parseFile (const juce::File& file)
 {
-    return file.existsAsFile() ? parseManifest (file.loadFileAsString()) : std::vector<Product>();
+    return isRegularFile (file) ? parseManifest (file.loadFileAsString()) : std::vector<Product>();
 }
 
 std::vector<Product> builtInProducts()

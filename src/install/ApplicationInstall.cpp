@@ -8,6 +8,7 @@
 #include "platform/CaseFold.h"
 #include "platform/Programs.h"
 #include "support/ChildFile.h"
+#include "support/RegularFile.h"
 #include "vault/VaultStore.h"
 
 namespace
@@ -182,7 +183,7 @@ bool InstallService::isOwnedInstallPath (const juce::String& id, const juce::Fil
     return directory.isDirectory()
         && PathTrust::hasNoReparseAncestry (directory)
         && PathTrust::isCanonicallyInside (directory, file, false)
-        && file.existsAsFile()
+        && isRegularFile (file)
         && PathTrust::hasNoReparseAncestry (file);
 }
 

@@ -8,6 +8,7 @@
 #include "support/BoundedJson.h"
 #include "support/ChildFile.h"
 #include "support/RecordFile.h"
+#include "support/RegularFile.h"
 #include "vault/RecoveryScanner.h"
 #include "vault/VaultStore.h"
 
@@ -22,7 +23,7 @@ juce::File manifestIn (const juce::File& folder)
 
 bool isPlainFile (const juce::File& file)
 {
-    return file.existsAsFile() && ! PathTrust::isReparseOrSymlink (file);
+    return isRegularFile (file) && ! PathTrust::isReparseOrSymlink (file);
 }
 
 bool isPlainDirectory (const juce::File& folder)

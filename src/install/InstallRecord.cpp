@@ -3,6 +3,7 @@
 #include "app/HubPaths.h"
 #include "platform/CaseFold.h"
 #include "support/BoundedJson.h"
+#include "support/IsoTime.h"
 #include "support/RecordFile.h"
 
 #include <map>
@@ -39,7 +40,7 @@ juce::var entryFor (const juce::File& executable)
 {
     auto entry = std::make_unique<juce::DynamicObject>();
     entry->setProperty ("path", executable.getFullPathName());
-    entry->setProperty ("installedAt", juce::Time::getCurrentTime().toISO8601 (true));
+    entry->setProperty ("installedAt", isoTime (juce::Time::getCurrentTime()));
     return entry.release();
 }
 }

@@ -8,6 +8,7 @@
 #include "platform/Programs.h"
 #include "support/BoundedJson.h"
 #include "support/FileHash.h"
+#include "support/RegularFile.h"
 #include "support/Worker.h"
 #include "vault/RecoveryScanner.h"
 #include "vault/VaultStore.h"
@@ -195,5 +196,5 @@ bool InstallService::launch (const juce::String& id)
 
 juce::String InstallService::installedVersion (const juce::File& file)
 {
-    return file.existsAsFile() && file.hasFileExtension ("exe") ? platform::productVersionOf (file) : juce::String();
+    return file.hasFileExtension ("exe") && isRegularFile (file) ? platform::productVersionOf (file) : juce::String();
 }

@@ -2,6 +2,7 @@
 
 #include "support/JsonNumbers.h"
 #include "support/JsonScan.h"
+#include "support/RegularFile.h"
 
 #include <cmath>
 #include <limits>
@@ -78,7 +79,7 @@ juce::var parse (const juce::String& text)
 
 juce::var parseFile (const juce::File& file)
 {
-    if (! file.existsAsFile())
+    if (! isRegularFile (file))
         return {};
 
     juce::FileInputStream stream (file);

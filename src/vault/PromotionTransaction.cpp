@@ -4,6 +4,7 @@
 #include "support/AtomicRename.h"
 #include "support/ChildFile.h"
 #include "support/RecordFile.h"
+#include "support/RegularFile.h"
 #include "vault/DirectoryEntries.h"
 
 namespace
@@ -18,9 +19,13 @@ juce::File siblingOf (const juce::File& file, const char* mark, const juce::Stri
     return childOf (file.getParentDirectory(), file.getFileName() + mark + token);
 }
 
-/** A full disk lets a copy end early and still be called a success, so the copy is compared. What is no whole copy goes. */
+/** A full disk lets a copy end early and still be called a success, so the copy is compared. What is no whole copy goes. Copying a
+    pipe would wait for somebody who writes to it. */
 bool copyWhole (const juce::File& from, const juce::File& to)
 {
+    if (! isRegularFile (from))
+        return false;
+
     if (from.copyFileTo (to) && from.hasIdenticalContentTo (to))
         return true;
 

@@ -50,8 +50,6 @@ public:
     static constexpr const char* metadataBackupMark = ".promotion-backup-";
 
 private:
-    bool prepare (juce::String& error);
-    bool swap (juce::String& error);
     juce::String refusalOf (const juce::File& stagedPayload, const juce::File& livePath, const juce::File& record) const;
     void nameParticipants (const juce::File& stagedPayload, const juce::File& livePath, const juce::File& record);
     juce::String prepareAndPreserve();

@@ -3,6 +3,8 @@
 #include "app/PathTrust.h"
 #include "support/BoundedJson.h"
 #include "support/ChildFile.h"
+#include "support/IsoTime.h"
+#include "support/RegularFile.h"
 
 namespace VaultRecord
 {
@@ -14,7 +16,7 @@ constexpr const char* contentType = "factory-content";
 
 bool isPlainFile (const juce::File& file)
 {
-    return file.existsAsFile() && ! PathTrust::isReparseOrSymlink (file);
+    return isRegularFile (file) && ! PathTrust::isReparseOrSymlink (file);
 }
 
 bool isSafeContentPath (const juce::String& path)
@@ -168,7 +170,7 @@ std::optional<juce::var> create (const Product& product, const juce::String& pla
     object->setProperty ("platform", platformKey);
     object->setProperty ("fileName", installer.getFileName());
     object->setProperty ("sizeBytes", installer.getSize());
-    object->setProperty ("downloadedAt", juce::Time::getCurrentTime().toISO8601 (true));
+    object->setProperty ("downloadedAt", isoTime (juce::Time::getCurrentTime()));
     object->setProperty ("sha256", entry->sha256.toLowerCase());
     object->setProperty ("url", entry->url);
     object->setProperty ("installType", isContent ? contentType : applicationType);

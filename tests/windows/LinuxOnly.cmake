@@ -12,6 +12,12 @@ set(hub_linux_only_tests
   unit/platform/SecondInstanceTest.cpp        # the abstract socket, fork
   unit/platform/SecureRandomFailureTest.cpp   # a protected page
   unit/support/RegularFileKindsTest.cpp       # links to files, devices, FIFOs
+  unit/support/BoundedJsonPipeTest.cpp        # a FIFO in a file's place
+  unit/app/HubSettingsPipeTest.cpp            # a FIFO in a file's place
+  unit/catalogue/ManifestServicePipeTest.cpp  # FIFOs in the files' places
+  unit/vault/VaultPipesTest.cpp               # FIFOs in the files' places
+  unit/vault/PromotionRefusedCallsTest.cpp    # single calls that the system refuses, by seccomp
+  unit/install/InstallPipesTest.cpp           # FIFOs in the files' places
   unit/install/InstallPermissionsTest.cpp     # execute permissions
   unit/install/LaunchTest.cpp                 # a program that reads /proc, the file-creation mask
   unit/app/TestHomeTest.cpp                   # the mount namespace

@@ -201,6 +201,21 @@ TEST_F (BrokerPipe, WhatIsNoWholeFrameGetsNoReplyAndTheNextRequestIsServed)
     }
 }
 
+TEST_F (BrokerPipe, AClientThatStaysAndSaysNothingIsDroppedAfterFiveSecondsWithoutAReply)
+{
+    RawClient client;
+    ASSERT_TRUE (client.connect (scene.client));
+    const auto begin = juce::Time::getMillisecondCounter();
+
+    EXPECT_FALSE (client.waitForReply (30000)) << "not a byte";
+    const auto patience = juce::Time::getMillisecondCounter() - begin;
+    EXPECT_GT (patience, 4000u);
+    EXPECT_LT (patience, 9000u);
+
+    EXPECT_EQ (client.readPayload (4096).getSize(), 0u);
+    EXPECT_TRUE (scene.stillAnswers());
+}
+
 TEST_F (BrokerPipe, AClientThatLeavesInTheMidstOfAFrameCostsAnotherOneTryAtMost)
 {
     RawClient client;

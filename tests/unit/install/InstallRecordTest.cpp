@@ -1,7 +1,9 @@
 #include "install/InstallRecord.h"
 #include "app/HubPaths.h"
 #include "install/InstallService.h"
+#include "support/CommaLocale.h"
 #include "support/Files.h"
+#include "support/IsoTime.h"
 #include "support/ManifestBuilder.h"
 #include "support/PrivateMounts.h"
 
@@ -26,6 +28,12 @@ std::string momentOf (const juce::String& id)
 {
     return juce::JSON::parse (HubPaths::installRecordFile())[juce::Identifier (id)]["installedAt"].toString().toStdString();
 }
+
+bool isNow (const std::string& moment)
+{
+    const auto time = juce::Time::fromISO8601 (juce::String (moment));
+    return isoTime (time).toStdString() == moment && std::abs ((juce::Time::getCurrentTime() - time).inSeconds()) < 60.0;
+}
 }
 
 //==============================================================================
@@ -42,10 +50,17 @@ TEST (InstallService, WritesAnInstallRecordByteForByte)
                "    \"installedAt\": \"" + moment + "\"\r\n"
                "  }\r\n"
                "}");
+    EXPECT_TRUE (isNow (moment)) << moment;
+}
 
-    const auto time = juce::Time::fromISO8601 (juce::String (moment));
-    EXPECT_EQ (time.toISO8601 (true).toStdString(), moment);
-    EXPECT_LT (std::abs ((juce::Time::getCurrentTime() - time).inSeconds()), 60.0);
+TEST (InstallService, AnInstallRecordsMomentKeepsItsPointWhereNumbersHaveAComma)
+{
+    ASSERT_NO_FATAL_FAILURE (writeNumbersWithAComma());
+    ASSERT_EQ (record ("app", executableOf ("app")), "written");
+
+    const auto moment = momentOf ("app");
+    EXPECT_TRUE (isNow (moment)) << moment;
+    EXPECT_EQ (moment.find ('.'), 19u) << moment;
 }
 
 TEST (InstallService, TheInstallRecordKeepsEveryOtherEntry)

@@ -1,8 +1,7 @@
+#include "support/CommaLocale.h"
 #include "support/Environment.h"
 #include "support/IsoTime.h"
-#include "support/Files.h"
 
-#include <clocale>
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -14,25 +13,6 @@ void useTimeZone (const char* zone)
 {
     setEnvironment ("TZ", zone);
     ::tzset();
-}
-
-/** Makes numbers be written with a comma, by a locale made for it: none of the machine's can be relied on to be there. */
-void writeNumbersWithAComma()
-{
-    const auto folder = freshFolder ("locales");
-    const auto source = write (in (folder, "source"),
-                               "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n");
-    const auto characters = write (in (folder, "characters"), "<code_set_name> ASCII\nCHARMAP\nEND CHARMAP\n");
-    const juce::StringArray command { "localedef", "--no-archive", "-c", "-i", source.getFullPathName(),
-                                      "-f", characters.getFullPathName(), in (folder, "comma").getFullPathName() };
-    juce::ChildProcess process;
-    ASSERT_TRUE (process.start (command));
-    process.readAllProcessOutput();
-    ASSERT_TRUE (process.waitForProcessToFinish (10000));
-
-    setEnvironment ("LOCPATH", folder.getFullPathName());
-    ASSERT_NE (std::setlocale (LC_NUMERIC, "comma"), nullptr);
-    ASSERT_STREQ (std::localeconv()->decimal_point, ",");
 }
 
 const juce::Time sample (2026, 5, 30, 21, 4, 9, 870, false);

@@ -1,5 +1,7 @@
 #include "app/HubPaths.h"
+#include "support/CommaLocale.h"
 #include "support/Files.h"
+#include "support/IsoTime.h"
 #include "support/PrivateMounts.h"
 #include "support/VaultItems.h"
 #include "vault/VaultStore.h"
@@ -30,7 +32,7 @@ std::string textWithoutMoment (const juce::File& record, juce::String& moment)
 bool isNow (const juce::String& moment)
 {
     const auto time = juce::Time::fromISO8601 (moment);
-    return time.toISO8601 (true) == moment && std::abs ((juce::Time::getCurrentTime() - time).inSeconds()) < 60.0;
+    return isoTime (time) == moment && std::abs ((juce::Time::getCurrentTime() - time).inSeconds()) < 60.0;
 }
 
 /** Expects that a product that was changed so is refused and that its folder stays as it was. */
@@ -102,6 +104,17 @@ TEST (VaultStore, WritesARecordOfAPackByteForByte)
                "  }\r\n"
                "}");
     EXPECT_TRUE (isNow (moment)) << moment;
+}
+
+TEST (VaultStore, ARecordsMomentKeepsItsPointWhereNumbersHaveAComma)
+{
+    ASSERT_NO_FATAL_FAILURE (writeNumbersWithAComma());
+    ASSERT_TRUE (VaultStore::writeVaultRecord (applicationOf ("app", "1.0.0", installer), "win", payloadOf ("app")));
+
+    juce::String moment;
+    textWithoutMoment (vaultFile ("app/vault.json"), moment);
+    EXPECT_TRUE (isNow (moment)) << moment;
+    EXPECT_EQ (moment.indexOfChar ('.'), 19) << moment;
 }
 
 TEST (VaultStore, TheRecordedHashIsLoweredAndNotTrimmed)
