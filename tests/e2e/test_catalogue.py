@@ -25,9 +25,9 @@ class Refresh(HubTest):
         self.assertEqual(self.hub.quit(), 0)
         self.shop.server.stop()
         self.hub.start()
-        library = self.hub.library()
-        self.assertEqual([library.card(index) for index in range(3)], ["not downloadable"] * 3)
-        self.assertEqual(library.connection(), "offline")
+        for index in range(3):
+            self.hub.wait_for_card(index, "not downloadable")
+        self.assertEqual(self.hub.library().connection(), "offline")
 
     def test_a_product_that_the_server_drops_leaves_the_library(self):
         self.start_online(*THREE)
