@@ -87,7 +87,7 @@ def library(stage: Stage) -> None:
     wait_for(lambda: (hub.library().progress() or 0) > 0.42, "the download to be well under way", 200)
     stage.resize(CARDS_SIZE)
     hub.click_card_button(5)
-    hub.window.move_mouse(hub.layout.away)
+    hub.put_mouse_aside()
     stage.save("cards", inset=(SIDEBAR_WIDTH, PAGE_TOP, 6, STATUS_HEIGHT))
     stage.save_here("library-installing")
     stage.box("install-complete-application", "Install Complete")

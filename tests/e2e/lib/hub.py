@@ -233,9 +233,14 @@ class Hub:
 
     def library(self) -> Library:
         """The library page as it is on the screen now, with the mouse out of its way."""
+        window = self.put_mouse_aside()
+        return Library(self.screen.picture(), window.place(), self.layout)
+
+    def put_mouse_aside(self):
+        """Moves it to where it lights nothing up; answers with the window."""
         window = self.window
         window.move_mouse(self.layout.away)
-        return Library(self.screen.picture(), window.place(), self.layout)
+        return window
 
     def wait_for_card(self, index: int, state: str, limit: float = 10.0) -> None:
         seen = []
@@ -285,8 +290,7 @@ class Hub:
 
     def key_page(self) -> KeyPage:
         """The settings page as it is on the screen now, with the mouse out of its way."""
-        window = self.window
-        window.move_mouse(self.layout.away)
+        window = self.put_mouse_aside()
         return KeyPage(self.screen.picture(), window.place(), self.layout)
 
     def type_key(self, key: str) -> None:

@@ -125,7 +125,7 @@ class Stage:
             if scrolled:
                 self.wheel(PAGE_POINT, -FAR)
                 self.wheel(PAGE_POINT, scrolled)
-            self.hub.window.move_mouse(self.hub.layout.away)
+            self.hub.put_mouse_aside()
             self.save_here(name)
         self.resize(before)
 
@@ -144,7 +144,7 @@ class Stage:
             point, last = point_of(self.hub.layout), None
             self.wheel(point, -FAR)
             for number in range(1, 20):
-                self.hub.window.move_mouse(self.hub.layout.away)
+                self.hub.put_mouse_aside()
                 picture = self.at_rest()
                 if last is not None and rows_changed(last, picture) <= LIVELY_ROWS:
                     break
