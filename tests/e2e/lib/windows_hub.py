@@ -153,6 +153,13 @@ class WindowsHub(Hub):
         subprocess.run(["wineserver", "-p60"], env=self.variables(environment), stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL, timeout=30, check=False)
         super().launch(*arguments, environment=environment)
+        try:
+            # Far less than the Hub needs to begin, so that it was Wine that did not start; that happens once in hundreds of times.
+            if self.process.wait(0.4) == 1:
+                print("  Wine did not start, and is asked once more", flush=True)
+                super().launch(*arguments, environment=environment)
+        except subprocess.TimeoutExpired:
+            pass
 
     def wait_for_crash(self, limit: float = 20.0) -> None:
         """Files are renamed by Wine's server for the Hub, so that the server is what dies: more like a power cut than like one process
