@@ -1,8 +1,7 @@
 """The community page and what it opens."""
 
-import wave
-
 from broker_client import BrokerClient, new_draft
+from lib.broker import silent_wav
 from lib.hub import Hub
 from lib.layout import SIDEBAR_WIDTH, STATUS_HEIGHT
 from lib.stage import DEFAULT, FAR, PAGE_POINT, SMALLEST, TALL, Stage
@@ -45,10 +44,5 @@ def community_boxes(stage: Stage) -> None:
 
 def save_draft(hub: Hub) -> None:
     """A preview draft, handed over as the DAW would."""
-    mix = hub.home / "mix.wav"
-    with wave.open(str(mix), "wb") as writer:
-        writer.setnchannels(1)
-        writer.setsampwidth(1)
-        writer.setframerate(8000)
-        writer.writeframes(b"\x80" * 8000 * 60)
+    mix = silent_wav(hub.home / "mix.wav", 60)
     BrokerClient(hub.discovery_file).save_draft(new_draft(hub.recorded_path(mix), "First mix", rights_confirmed=True))

@@ -5,6 +5,7 @@ import subprocess
 from lib.broker import KEY
 from lib.hub import Hub
 from lib.layout import Layout
+from lib.secrets import KEY_NAME
 from lib.shop import MANIFEST_URL
 from lib.stage import DEFAULT, Stage
 from lib.waiting import wait_for
@@ -63,7 +64,7 @@ def keys(stage: Stage) -> None:
 
 def plant_foreign_item(hub: Hub) -> None:
     """A secret under the Hub's name that is no key."""
-    subprocess.run(["secret-tool", "store", "--label", "foreign", "target", "ZORVA_DAW/Hub/OpenAI/default", "user", "default"],
+    subprocess.run(["secret-tool", "store", "--label", "foreign", "target", KEY_NAME, "user", "default"],
                    input=b"k" * 3000, env=hub.variables(), check=True, timeout=20)
 
 

@@ -4,16 +4,14 @@
 #include "creator/CreatorProfileJson.h"
 #include "creator/CreatorProfileRules.h"
 #include "support/AtomicRename.h"
-#include "support/FileHash.h"
 #include "support/IsoTime.h"
 #include "support/RecordFile.h"
-#include "support/RegularFile.h"
+#include "support/WholeCopy.h"
 
 namespace
 {
 constexpr const char* fileName = "profile-v1.json";
 constexpr juce::int64 maximumFileBytes = 0x80000;
-constexpr int copyBufferBytes = 16384;
 constexpr const char* recoveryRequired = "creator_draft_recovery_required";
 
 bool fail (juce::String& outError, const char* code)
@@ -26,26 +24,6 @@ bool succeed (juce::String& outError)
 {
     outError.clear();
     return true;
-}
-
-bool copyBytes (const juce::File& from, const juce::File& to)
-{
-    if (! isRegularFile (from))
-        return false;
-
-    {
-        juce::FileInputStream source (from);
-        juce::FileOutputStream target (to, copyBufferBytes);
-
-        if (! source.openedOk() || ! target.openedOk())
-            return false;
-
-        target.writeFromInputStream (source, -1);
-    }
-
-    // The framework's writing tells nothing of a disk that had room for a part only.
-    const auto written = sha256OfFile (to);
-    return written.isNotEmpty() && written == sha256OfFile (from);
 }
 }
 
@@ -125,7 +103,7 @@ bool CreatorProfileStore::exportTo (const juce::File& destinationFile, juce::Str
     // Only the name comes from the framework. Its own object would report a sibling that cannot be deleted as a programming error.
     const auto sibling = juce::TemporaryFile (destinationFile).getFile();
 
-    if (! copyBytes (profileFile, sibling) || ! renameOver (sibling, destinationFile))
+    if (! copyWhole (profileFile, sibling) || ! renameOver (sibling, destinationFile))
     {
         sibling.deleteFile();
         return fail (outError, "creator_export_failed");

@@ -46,7 +46,8 @@ void SettingsPage::refreshKeyState()
     storageLabel.setText ("Storage: " + credentialStore.backendName() + utf8 (" \xc2\xb7 Model: ") + HubOpenAiClient::modelName,
                           juce::dontSendNotification);
 
-    if (! keyTestRuns)
+    // While a test runs, which its button tells, the controls and the status are the test's.
+    if (testKeyButton.isEnabled())
     {
         // With a key the result of the last action stays readable.
         if (! hasKey)
@@ -121,7 +122,6 @@ void SettingsPage::saveKey()
 
 void SettingsPage::testKey()
 {
-    keyTestRuns = true;
     setKeyControlsEnabled (false);
     keyStatusLabel.setText (utf8 ("Testing OpenAI API access\xe2\x80\xa6"), juce::dontSendNotification);
 
@@ -140,7 +140,6 @@ void SettingsPage::testKey()
 
 void SettingsPage::onKeyTested (const HubOpenAiClient::Result& result)
 {
-    keyTestRuns = false;
     setKeyControlsEnabled (true);
     refreshKeyState();
     keyStatusLabel.setText (result.ok ? juce::String ("Key verified. ZORVA Hub can reach the OpenAI Responses API.") : result.message,

@@ -48,7 +48,6 @@ private:
     HubCredentialStore& credentialStore;
     HubOpenAiClient& openAiClient;
     bool advancedVisible = false;
-    bool keyTestRuns = false;       ///< the key's controls and its status belong to the test until it ends
 
     juce::Label aiSectionLabel, keyStatusLabel, storageLabel, billingLabel;
     juce::TextEditor apiKeyEditor;

@@ -4,7 +4,7 @@
 #include "support/AtomicRename.h"
 #include "support/ChildFile.h"
 #include "support/RecordFile.h"
-#include "support/RegularFile.h"
+#include "support/WholeCopy.h"
 #include "vault/DirectoryEntries.h"
 
 namespace
@@ -17,20 +17,6 @@ juce::String newToken()
 juce::File siblingOf (const juce::File& file, const char* mark, const juce::String& token)
 {
     return childOf (file.getParentDirectory(), file.getFileName() + mark + token);
-}
-
-/** A full disk lets a copy end early and still be called a success, so the copy is compared. What is no whole copy goes. Copying a
-    pipe would wait for somebody who writes to it. */
-bool copyWhole (const juce::File& from, const juce::File& to)
-{
-    if (! isRegularFile (from))
-        return false;
-
-    if (from.copyFileTo (to) && from.hasIdenticalContentTo (to))
-        return true;
-
-    PromotionTransaction::removePath (to);
-    return false;
 }
 }
 
@@ -46,6 +32,7 @@ bool PromotionTransaction::activate (const juce::File& stagedPayload, const juce
 
     if (metadataExisted && ! copyWhole (metadata, metadataBackup))
     {
+        removePath (metadataBackup);
         error = "Could not snapshot the current metadata record.";
         return false;
     }

@@ -95,9 +95,10 @@ struct SecondInstance::Listener
         const auto address = makeAddress();
         const int yes = 1;
 
-        return descriptor >= 0
-                && ::setsockopt (descriptor, SOL_SOCKET, SO_PASSCRED, &yes, sizeof (yes)) == 0
-                && ::bind (descriptor, address.get(), address.size) == 0 ? 0 : errno;
+        const bool isBound = descriptor >= 0
+                          && ::setsockopt (descriptor, SOL_SOCKET, SO_PASSCRED, &yes, sizeof (yes)) == 0
+                          && ::bind (descriptor, address.get(), address.size) == 0;
+        return isBound ? 0 : errno;
     }
 
     void watch (std::function<void()> onSecondStart)

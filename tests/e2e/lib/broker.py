@@ -113,13 +113,17 @@ class BrokerTest(HubTest):
 
     def make_wav(self, seconds: int = 90) -> Path:
         """A silent WAV file in the user's home."""
-        file = self.hub.home / "mix.wav"
-        with wave.open(str(file), "wb") as writer:
-            writer.setnchannels(1)
-            writer.setsampwidth(1)
-            writer.setframerate(8000)
-            writer.writeframes(b"\x80" * 8000 * seconds)
-        return file
+        return silent_wav(self.hub.home / "mix.wav", seconds)
+
+
+def silent_wav(file: Path, seconds: int) -> Path:
+    """Writes the file and answers with it."""
+    with wave.open(str(file), "wb") as writer:
+        writer.setnchannels(1)
+        writer.setsampwidth(1)
+        writer.setframerate(8000)
+        writer.writeframes(b"\x80" * 8000 * seconds)
+    return file
 
 
 def _end(process: subprocess.Popen) -> None:

@@ -8,6 +8,7 @@ from pathlib import Path
 from .waiting import wait_for
 
 SERVICE = "org.freedesktop.secrets"
+KEY_NAME = "ZORVA_DAW/Hub/OpenAI/default"     # under which the Hub stores its key, on Windows too
 
 
 class SecretService:
@@ -42,7 +43,7 @@ class SecretService:
 
     def keys(self):
         """The secrets stored under the Hub's name."""
-        done = subprocess.run(["secret-tool", "search", "--all", "--unlock", "target", "ZORVA_DAW/Hub/OpenAI/default"],
+        done = subprocess.run(["secret-tool", "search", "--all", "--unlock", "target", KEY_NAME],
                               env=self._own, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=20)
         return re.findall(r"(?m)^secret = (.*)$", done.stdout)
 

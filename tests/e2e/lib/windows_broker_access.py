@@ -9,6 +9,7 @@ from broker_client.errors import Busy, NotListening
 
 from . import relay
 from .broker_access import CLIENT
+from .secrets import KEY_NAME
 from .windows_hub import WindowsHub
 
 TESTS = Path(__file__).resolve().parents[1]
@@ -16,7 +17,6 @@ SOURCES = TESTS / "windows"
 COMPILER = "x86_64-w64-mingw32-gcc"
 PLACE = Path("Tools")                   # on drive C
 RELAY, KEY_READER = "broker_relay", "stored_key"
-TARGET = "ZORVA_DAW/Hub/OpenAI/default"
 ERROR_NOT_FOUND = 1168
 
 
@@ -47,7 +47,7 @@ class WindowsBrokerAccess:
         return relay.as_on_windows(self.transport)
 
     def keys(self):
-        done = subprocess.run(self.hub.command_of(PLACE / f"{KEY_READER}.exe", TARGET), env=self.hub.variables(),
+        done = subprocess.run(self.hub.command_of(PLACE / f"{KEY_READER}.exe", KEY_NAME), env=self.hub.variables(),
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, timeout=60)
         if done.returncode not in (0, ERROR_NOT_FOUND & 0xFF):      # only the last byte arrives here
             raise AssertionError(f"the Credential Manager cannot be read: {done.returncode}")
