@@ -4,6 +4,7 @@
 #include "HubWorld.h"
 #include "support/Files.h"
 #include "support/GuiHarness.h"
+#include "support/InstanceLock.h"
 #include "ui/MainHubComponent.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +20,13 @@ HubMainWindow* openWindow()
             return window;
 
     return nullptr;
+}
+
+/** A catalogue that is nowhere, and no other Hub in sight. */
+void startAlone()
+{
+    stayOffline();
+    makeInstanceLockPrivate ("lock");
 }
 }
 
@@ -41,6 +49,7 @@ TEST (ZorvaHubApplication, ASecondStartBeforeThereIsAWindowDoesNothing)
 
 TEST (ZorvaHubApplication, AProcessThatWasNeverInitialisedShutsDown)
 {
+    makeInstanceLockPrivate ("lock");
     ZorvaHubApplication application;
     application.shutdown();
     application.anotherInstanceStarted ({});
@@ -62,7 +71,7 @@ TEST (ZorvaHubApplication, TheOtherEventsDoNothing)
 //==============================================================================
 TEST (ZorvaHubApplication, InitialiseOpensOneWindowAndShutdownTakesItDown)
 {
-    stayOffline();
+    startAlone();
     ZorvaHubApplication application;
     application.initialise ({});
     auto* const window = openWindow();
@@ -95,7 +104,7 @@ TEST (ZorvaHubApplication, InitialiseOpensOneWindowAndShutdownTakesItDown)
 
 TEST (ZorvaHubApplication, ADirectoryThatCannotBeMadeStillOpensTheWindow)
 {
-    stayOffline();
+    startAlone();
     write (HubPaths::vaultDirectory(), "a file stands in the way");
     ZorvaHubApplication application;
     application.initialise ({});
@@ -106,7 +115,7 @@ TEST (ZorvaHubApplication, ADirectoryThatCannotBeMadeStillOpensTheWindow)
 
 TEST (ZorvaHubApplication, ArgumentsChangeNothing)
 {
-    stayOffline();
+    startAlone();
     const auto open = [] (const juce::String& arguments)
     {
         ZorvaHubApplication application;
@@ -126,7 +135,7 @@ TEST (ZorvaHubApplication, ArgumentsChangeNothing)
 
 TEST (ZorvaHubApplication, ASecondStartBringsTheWindowForward)
 {
-    stayOffline();
+    startAlone();
     ZorvaHubApplication application;
     application.initialise ({});
     application.anotherInstanceStarted ("ignored");
@@ -137,7 +146,7 @@ TEST (ZorvaHubApplication, ASecondStartBringsTheWindowForward)
 
 TEST (ZorvaHubApplication, ItsEndTakesTheWindowAlong)
 {
-    stayOffline();
+    startAlone();
 
     {
         ZorvaHubApplication application;

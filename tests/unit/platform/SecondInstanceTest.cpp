@@ -1,7 +1,6 @@
 #include "platform/SecondInstance.h"
-#include "support/Files.h"
 #include "support/GuiHarness.h"
-#include "support/PrivateMounts.h"
+#include "support/InstanceLock.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -12,26 +11,16 @@ using namespace zorva::test;
 
 namespace
 {
-/** The framework's folder of locks, this test's alone, with the lock of a running Hub in it. */
-struct OwnLock
-{
-    explicit OwnLock (const juce::String& name)
-    {
-        const auto folder = freshFolder (name);
-        write (in (folder, "juceAppLock_ZORVA Hub"), {});
-        EXPECT_TRUE (PrivateMounts::showInPlaceOf (folder, juce::File ("/var/tmp")));
-    }
-};
-
 class SecondInstanceTest : public ::testing::Test
 {
 protected:
+    SecondInstanceTest()    { makeInstanceLockPrivate ("lock"); }
+
     bool comesForward (int times)
     {
         return pumpUntil ([this, times] { return signals >= times; });
     }
 
-    const OwnLock lock { "lock" };
     int signals = 0;
     platform::SecondInstance first;
 };
@@ -121,13 +110,11 @@ TEST_F (SecondInstance, AHubUnderAnotherLockIsNotCalled)
 {
     ASSERT_TRUE (first.listen ([this] { ++signals; }));
 
-    {
-        const OwnLock another { "another lock" };
-        platform::SecondInstance::notifyFirst();
+    makeInstanceLockPrivate ("another lock");
+    platform::SecondInstance::notifyFirst();
 
-        platform::SecondInstance itsFirst;
-        EXPECT_TRUE (itsFirst.listen ([] { FAIL() << "signalled before it listened"; }));
-    }
+    platform::SecondInstance itsFirst;
+    EXPECT_TRUE (itsFirst.listen ([] { FAIL() << "signalled before it listened"; }));
 
     pump();
     EXPECT_EQ (signals, 0);
