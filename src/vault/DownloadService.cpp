@@ -31,12 +31,14 @@ juce::String refusalOf (const juce::String& productId, const Product& product)
     return {};
 }
 
-/** The installer's file name in the Vault: the address's own, where that is a safe one. */
+/** The installer's file name in the Vault: the address's own, where that is a safe one and not that of the record beside it. */
 juce::String fileNameFor (const juce::String& address, const juce::String& productId, const juce::String& platformKey)
 {
-    const auto name = juce::File::createLegalFileName (juce::URL (address).getFileName());
+    // What follows the path has no part in the name, and the framework takes quadratic time for it.
+    const juce::URL path (address.initialSectionNotContaining ("?#"));
+    const auto name = juce::File::createLegalFileName (path.getFileName());
 
-    if (PathTrust::isSafeFileName (name))
+    if (PathTrust::isSafeFileName (name) && ! name.equalsIgnoreCase (VaultStore::vaultRecordFileFor (productId).getFileName()))
         return name;
 
     return productId + (platformKey == "mac" ? ".dmg" : ".exe");

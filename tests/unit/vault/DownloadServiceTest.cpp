@@ -219,6 +219,10 @@ TEST (DownloadService, TheStoredNameComesFromTheAddress)
         { "/com7", "app.exe" },
         { "/dot.", "app.exe" },
         { "/..", "app.exe" },
+        { "/vault.json", "app.exe" },                          // the record's name
+        { "/Vault.JSON", "app.exe" },
+        { "/setup.exe#/other.exe", "setup.exe" },
+        { "/setup.exe?a=/other.exe", "setup.exe" },
     };
 
     for (const auto& row : rows)
@@ -229,6 +233,27 @@ TEST (DownloadService, TheStoredNameComesFromTheAddress)
         EXPECT_EQ (juce::JSON::parse (vaultFile ("app/vault.json"))["fileName"].toString(), row.fileName) << row.path;
         EXPECT_EQ (treeOf (vaultFile ("app")).size(), (size_t) 2) << row.path;
     }
+}
+
+TEST (DownloadService, ALongQueryDoesNotHoldTheWindow)
+{
+    const auto millisecondsFor = [] (const juce::String& query)
+    {
+        auto product = applicationOf ("app", "1.0.0", "installer", "https://127.0.0.1:1/setup.exe" + query);
+        DownloadRun run;
+        const auto start = juce::Time::getMillisecondCounterHiRes();
+        run.download (product);
+        EXPECT_TRUE (run.waitForStart ("app"));
+        return juce::Time::getMillisecondCounterHiRes() - start;
+    };
+
+    double shortest = 1.0e9;
+
+    for (int i = 0; i < 5; ++i)
+        shortest = std::min (shortest, millisecondsFor ({}));
+
+    // In quadratic time this one would take thousands of times as long.
+    EXPECT_LT (millisecondsFor ("?" + juce::String::repeatedString ("a&", 100000)), 100.0 * (shortest + 1.0));
 }
 
 TEST (DownloadService, AnAddressMayHaveBlanksAround)
