@@ -5,6 +5,9 @@
 
 namespace
 {
+/** As many as a plain ZIP file has entries. Names of many steps stand for many more folders than entries, and each is remembered. */
+constexpr size_t mostFolders = 65536;
+
 juce::Result collisionAt (const juce::String& path)
 {
     return juce::Result::fail ("Two entries claim the path " + path + ".");
@@ -82,6 +85,9 @@ juce::Result ExtractionPlan::addFolder (const juce::String& path)
 
     if (filesInOneCase.contains (folded))
         return collisionAt (path);
+
+    if (folders.size() == mostFolders)
+        return juce::Result::fail ("It has too many folders.");
 
     foldersInOneCase.insert (folded);
     knownFolders.insert (path);

@@ -101,6 +101,28 @@ TEST (ArchiveExtractor, UnpacksAVeryDeepTree)
     EXPECT_EQ (read (in (target, path + "bottom")), "x");
 }
 
+TEST (ArchiveExtractor, AFewNamesThatStandForManyFoldersAreRefused)
+{
+    const auto deep = [] (int names)
+    {
+        ZipBuilder builder;
+        std::string steps;
+
+        for (int i = 0; i < 255; ++i)
+            steps += "/d";
+
+        for (int i = 0; i < names; ++i)
+            builder.file (std::to_string (100 + i) + steps + "/file", {});
+
+        return builder;
+    };
+
+    const auto target = freshFolder ("target");
+    EXPECT_EQ (extract (deep (257), target), "It has too many folders.");    // 256 folders each, of 65536
+    EXPECT_EQ (treeOf (target), Tree()) << "and nothing is made";
+    EXPECT_EQ (extract (deep (20), freshFolder ("another")), "ok");
+}
+
 TEST (ArchiveExtractor, UnpacksThousandsOfFiles)
 {
     ZipBuilder builder;
