@@ -54,6 +54,7 @@ private:
     void askToRefine (const char* boxTitle, const juce::String& error);
     void chooseImage();
     void useImage (const juce::File& image, int step);
+    juce::String* pictureOfStep (int step);
     void exportDraft();
     void exportTo (const juce::File& destination);
     void askToDelete();

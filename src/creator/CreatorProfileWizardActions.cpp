@@ -1,5 +1,6 @@
 #include "creator/CreatorProfileText.h"
 #include "creator/CreatorProfileWizard.h"
+#include "creator/ImageRules.h"
 
 // What the wizard's buttons do.
 
@@ -28,10 +29,19 @@ void CreatorProfileWizard::goBack()
 
 void CreatorProfileWizard::skipStep()
 {
+    // A picture that cannot be used would keep every later step from being left, and there is no other way to take it out again.
+    if (auto* const picture = pictureOfStep (currentStep); picture != nullptr && ! isAcceptableProfileImage (*picture))
+        picture->clear();
+
     if (currentStep == 9)
         saveDraft (false, true);
     else
         advance();
+}
+
+juce::String* CreatorProfileWizard::pictureOfStep (int step)
+{
+    return step == 6 ? &profile.profileImagePath : step == 7 ? &profile.bannerImagePath : nullptr;
 }
 
 void CreatorProfileWizard::goNext()
@@ -109,7 +119,8 @@ void CreatorProfileWizard::useImage (const juce::File& image, int step)
     if (! image.existsAsFile())
         return;
 
-    (step == 6 ? profile.profileImagePath : profile.bannerImagePath) = image.getFullPathName();
+    if (auto* const picture = pictureOfStep (step))
+        *picture = image.getFullPathName();
 
     // The system's dialog leaves the wizard in use. Showing another step anew would drop what is typed there.
     if (step == currentStep)

@@ -1,8 +1,10 @@
 #include "creator/ImageRules.h"
 
 #include "creator/JpegHeader.h"
+#include "creator/JudgedPictures.h"
 #include "creator/LocalFileRule.h"
 #include "platform/PictureDecoding.h"
+#include "platform/Sha256Digest.h"
 #include "support/ChildFile.h"
 #include "support/RegularFile.h"
 
@@ -105,10 +107,21 @@ bool isAcceptableImageHeader (const juce::uint8* data, size_t size)
 
 bool decodesWithinLimits (const juce::File& file)
 {
+    static JudgedPictures judged;
     const auto bytes = readBeginning (file, maximumImageBytes);
 
-    if (! bytes.has_value() || ! decoderStaysWithinLimits (static_cast<const juce::uint8*> (bytes->getData()), bytes->getSize()))
+    if (! bytes.has_value())
         return false;
 
-    return platform::canDecodePicture (bytes->getData(), bytes->getSize(), maximumImageSide);
+    platform::Sha256Digest sha256;
+    sha256.update (bytes->getData(), bytes->getSize());
+    const auto digest = sha256.finish();
+
+    if (const auto known = judged.verdictOn (digest))
+        return *known;
+
+    const bool verdict = decoderStaysWithinLimits (static_cast<const juce::uint8*> (bytes->getData()), bytes->getSize())
+                      && platform::canDecodePicture (bytes->getData(), bytes->getSize(), maximumImageSide);
+    judged.remember (digest, verdict);
+    return verdict;
 }

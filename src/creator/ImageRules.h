@@ -25,5 +25,6 @@ bool isAcceptableImageHeader (const juce::File& file);
 /** As isAcceptableImageHeader, for bytes that have been read. */
 bool isAcceptableImageHeader (const juce::uint8* data, size_t size);
 
-/** The file decodes to a valid picture within the limits. Call only after isAcceptableImageHeader(). */
+/** The file decodes to a valid picture within the limits. Call only after isAcceptableImageHeader(). Bytes that were judged lately are
+    read again, but not decoded again. */
 bool decodesWithinLimits (const juce::File& file);

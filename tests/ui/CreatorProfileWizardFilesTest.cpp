@@ -86,6 +86,64 @@ TEST (CreatorProfileWizardFiles, AFileThatIsNoPictureIsShownAndThenRefused)
     EXPECT_EQ (scene.step(), 6);
 }
 
+TEST (CreatorProfileWizardFiles, SkipTakesOutAPictureThatCannotBeUsed)
+{
+    for (const int step : { 6, 7 })
+    {
+        SCOPED_TRACE (step);
+        FakeFileDialog dialog;
+        Scene::putAt (step);
+        Scene scene;
+        choose (scene, dialog, "chooseImageButton", write (freshFolder ("pictures").getChildFile ("notes.png"), "notes"));
+        scene.click ("saveDraftButton");
+        scene.expectAttention ("invalid_creator_profile");
+
+        scene.click ("skipButton");
+        EXPECT_EQ (scene.step(), step + 1);
+        scene.click ("backButton");
+        EXPECT_EQ (scene.text ("bodyLabel"), noImage);
+        scene.click ("saveDraftButton");
+        scene.expectSavedBox();
+    }
+}
+
+TEST (CreatorProfileWizardFiles, SkipTakesOutAPictureThatHasGone)
+{
+    FakeFileDialog dialog;
+    const auto image = picture ("me.png");
+    Scene::putAt (6);
+    Scene scene;
+    choose (scene, dialog, "chooseImageButton", image);
+    scene.click ("nextButton");
+    ASSERT_EQ (scene.step(), 7);
+
+    ASSERT_TRUE (image.deleteFile());
+    scene.click ("nextButton");
+    scene.expectWarning ("Check This Step", "invalid_creator_profile");
+    scene.click ("backButton");
+    scene.click ("skipButton");
+    scene.click ("editLaterButton");
+    EXPECT_EQ (currentAlert(), nullptr);
+    EXPECT_EQ (scene.closed, 1);
+}
+
+TEST (CreatorProfileWizardFiles, SkipLeavesAGoodPicture)
+{
+    for (const int step : { 6, 7 })
+    {
+        SCOPED_TRACE (step);
+        FakeFileDialog dialog;
+        const auto image = picture ("me.png");
+        Scene::putAt (step);
+        Scene scene;
+        choose (scene, dialog, "chooseImageButton", image);
+        scene.click ("skipButton");
+        scene.click ("saveDraftButton");
+        scene.expectSavedBox();
+        EXPECT_EQ (Scene::saved().profileImagePath + Scene::saved().bannerImagePath, image.getFullPathName());
+    }
+}
+
 TEST (CreatorProfileWizardFiles, AnAnswerFindsItsFieldWhenThePersonHasGoneOn)
 {
     FakeFileDialog dialog;
