@@ -66,6 +66,8 @@ juce::Rectangle<int> columnOf (juce::Rectangle<int> page)
 
 AboutPage::AboutPage()
 {
+    setMouseClickGrabsKeyboardFocus (false);    // else a click on the text would focus the first link
+
     websiteLink = link ("websiteLink", "Visit Website", OwnerDetails::website, "Open the ZORVA web site in your browser.");
     bugLink = link ("bugLink", "Report a Bug / Issue", draftTo (bugDraft), "Open an email draft to report a bug or issue.");
     featureLink = link ("featureLink", "Request a Feature", draftTo (featureDraft), "Open an email draft to request a feature.");

@@ -27,6 +27,7 @@ const char* titleOf (Sidebar::Tab tab)
 
 MainHubComponent::MainHubComponent()
 {
+    setMouseClickGrabsKeyboardFocus (false);    // else a click on the header would focus the first button of the sidebar
     settings = HubSettings::load();
     HubPaths::ensureDirectories();
 

@@ -86,8 +86,15 @@ bool ProductGrid::showsSameProducts (const std::vector<ProductCardModel>& others
                        { return card->getModel().product.id == other.product.id; });
 }
 
+juce::String ProductGrid::productWithFocus() const
+{
+    const auto found = std::find_if (cards.begin(), cards.end(), [] (const auto& card) { return card->hasKeyboardFocus (true); });
+    return found != cards.end() ? (*found)->getModel().product.id : juce::String();
+}
+
 void ProductGrid::makeCards()
 {
+    const auto focused = productWithFocus();
     cards.clear();
 
     for (const auto& model : models)
@@ -115,6 +122,10 @@ void ProductGrid::makeCards()
 
     layOutCards();
     repaint();
+
+    // A person at the keyboard keeps their place in a catalogue that has changed.
+    if (auto* const card = focused.isNotEmpty() ? content.findChildWithID (focused) : nullptr)
+        card->grabKeyboardFocus();
 }
 
 void ProductGrid::layOutCards()

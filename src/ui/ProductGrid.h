@@ -42,6 +42,7 @@ public:
 
 private:
     bool showsSameProducts (const std::vector<ProductCardModel>&) const;
+    juce::String productWithFocus() const;
     void makeCards();
     void layOutCards();
 

@@ -20,6 +20,7 @@ void call (const std::function<void()>& callback)
 SettingsPage::SettingsPage (juce::var& hubSettings, HubCredentialStore& store, HubOpenAiClient& client)
     : settings (hubSettings), credentialStore (store), openAiClient (client)
 {
+    setMouseClickGrabsKeyboardFocus (false);    // else a click beside the fields would focus the first of them
     createKeySection();
     createManifestSection();
     createVaultSection();
@@ -78,6 +79,10 @@ void SettingsPage::setKeyControlsEnabled (bool shouldBeEnabled)
 
 void SettingsPage::wipeKeyEditor()
 {
+    // What the editor shares is a copy of its own, which it drops as it is.
+    auto shared = apiKeyEditor.getTextValue().toString();
+    platform::wipeText (shared);
+
     if (const int length = apiKeyEditor.getTotalNumChars(); length > 0)
         apiKeyEditor.setText (juce::String::repeatedString ("x", length), false);
 

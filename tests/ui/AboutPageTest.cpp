@@ -214,3 +214,12 @@ TEST (AboutPage, LinksComeBackAsSoonAsTheyCanBeRead)
         EXPECT_EQ (scene.page.getComponentAt (scene.link (id).getBounds().getCentre()), &scene.link (id)) << id;
     }
 }
+
+TEST (AboutPage, AClickBesideTheLinksLeavesNoRing)
+{
+    AboutScene scene;
+    scene.window->mouse ({ 470.0f, 60.0f }, juce::ModifierKeys::leftButtonModifier);
+    scene.window->mouse ({ 470.0f, 60.0f }, 0);
+    pump();
+    EXPECT_EQ (juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}

@@ -135,6 +135,19 @@ TEST (MainHubComponent, ARefreshThatFailsLeavesTheListAndSaysOffline)
     EXPECT_FALSE (run.primary ("a").isEnabled());
 }
 
+TEST (MainHubComponent, AClickOnTheHeaderFocusesNoTab)
+{
+    stayOffline();
+    HubRun run;
+    juce::Component::unfocusAllComponents();
+    const auto beside = run.hub->getLocalArea (&run.pill(), run.pill().getLocalBounds()).translated (-40, 0).getCentre().toFloat();
+    ASSERT_EQ (run.hub->getComponentAt (beside), run.hub.get());
+    run.window->mouse (beside, juce::ModifierKeys::leftButtonModifier);
+    run.window->mouse (beside, 0);
+    pump();
+    EXPECT_EQ (juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
 TEST (MainHubComponent, ARefreshThatComesTooLateDoesNothing)
 {
     TrustedTestServer server;

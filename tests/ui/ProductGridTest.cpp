@@ -195,6 +195,26 @@ TEST (ProductGrid, OtherProductsGetNewCards)
     }
 }
 
+TEST (ProductGrid, TheFocusStaysOnItsProductWhenOthersComeAndGo)
+{
+    Scene scene;
+    scene.grid.setModels (modelsOf ({ "a", "b", "c" }));
+    scene.cards()[1]->grabKeyboardFocus();
+    scene.grid.setModels (modelsOf ({ "z", "a", "b" }));
+    EXPECT_TRUE (scene.cards()[2]->hasKeyboardFocus (false));
+
+    scene.primaryOf (2).grabKeyboardFocus();
+    scene.grid.setModels (modelsOf ({ "b", "c" }));
+    EXPECT_TRUE (scene.cards()[0]->hasKeyboardFocus (false)) << "from its button, which may mean something else by now";
+
+    scene.grid.setModels (modelsOf ({ "c" }));
+    EXPECT_FALSE (scene.cards()[0]->hasKeyboardFocus (true)) << "not on another product";
+
+    juce::Component::unfocusAllComponents();
+    scene.grid.setModels (modelsOf ({ "a", "c" }));
+    EXPECT_EQ (juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
 TEST (ProductGrid, TheScrollPositionSurvivesARefresh)
 {
     Scene scene (934, 500);

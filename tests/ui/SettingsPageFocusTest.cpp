@@ -163,3 +163,16 @@ TEST (SettingsPageFocus, WhatLosesItsRoomHandsItToTheOneBefore)
     scene.page->setSize (740, 90);
     EXPECT_EQ (focused (scene), "apiKeyEditor");
 }
+
+TEST (SettingsPageFocus, AClickBesideTheFieldsFocusesNone)
+{
+    Scene scene;
+    scene.show();
+    scene.click ("aiSectionLabel");
+    EXPECT_EQ (focused (scene), "");
+
+    scene.click ("manifestUrlEditor");
+    EXPECT_EQ (focused (scene), "manifestUrlEditor");
+    scene.click ("vaultPathLabel");
+    EXPECT_EQ (focused (scene), "manifestUrlEditor");
+}
