@@ -64,10 +64,11 @@ bool OpenAiExchange::authorise (const juce::MemoryBlock& key)
 
     if (isUsable)
     {
-        // With room for what the stream itself appends: a text that has to grow leaves the old one behind on the heap. The stream
-        // takes this very buffer over, so nothing here may overwrite it.
+        // With room for what the stream itself appends, and for the UTF-16 form that Windows wants, which lies behind it in the same
+        // buffer: a text that has to grow leaves the old one behind on the heap. The stream takes this very buffer over, so nothing
+        // here may overwrite it.
         juce::String headers;
-        headers.preallocateBytes (maximumKeyBytes + 512);
+        headers.preallocateBytes (3 * (maximumKeyBytes + 512));
         headers << "Content-Type: application/json\r\nAuthorization: Bearer " << text << "\r\n";
         stream.withExtraHeaders (headers);
     }

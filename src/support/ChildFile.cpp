@@ -14,7 +14,7 @@ bool isWholePath (const juce::String& path)
 /** True when the steps climb above where the path begins; juce::File would then read the rest as a relative path. */
 bool climbsAboveTheRoot (const juce::StringArray& steps)
 {
-    int depth = 0;
+    int depth = steps[0].endsWithChar (':') && juce::File::getSeparatorChar() == '\\' ? -1 : 0;    // a drive is no step
 
     for (const auto& step : steps)
     {
