@@ -103,24 +103,18 @@ TEST (ArchiveExtractor, UnpacksAVeryDeepTree)
 
 TEST (ArchiveExtractor, AFewNamesThatStandForManyFoldersAreRefused)
 {
-    const auto deep = [] (int names)
-    {
-        ZipBuilder builder;
-        std::string steps;
+    ZipBuilder builder;
+    std::string steps;
 
-        for (int i = 0; i < 255; ++i)
-            steps += "/d";
+    for (int i = 0; i < 255; ++i)
+        steps += "/d";
 
-        for (int i = 0; i < names; ++i)
-            builder.file (std::to_string (100 + i) + steps + "/file", {});
-
-        return builder;
-    };
+    for (int i = 0; i < 257; ++i)    // 256 folders each, and there may be 65536
+        builder.file (std::to_string (i) + steps + "/file", {});
 
     const auto target = freshFolder ("target");
-    EXPECT_EQ (extract (deep (257), target), "It has too many folders.");    // 256 folders each, of 65536
+    EXPECT_EQ (extract (builder, target), "It has too many folders.");
     EXPECT_EQ (treeOf (target), Tree()) << "and nothing is made";
-    EXPECT_EQ (extract (deep (20), freshFolder ("another")), "ok");
 }
 
 TEST (ArchiveExtractor, UnpacksThousandsOfFiles)
