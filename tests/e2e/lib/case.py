@@ -24,9 +24,13 @@ class World:
 class HubTest(unittest.TestCase):
     """Each test gets a Hub that was never started, and a server that is not listening yet."""
 
+    system_failed = False       # known after a failure
+
     def setUp(self):
         name = re.sub(r"\W+", "-", self.id().split(".", 1)[-1])
         folder = World.scratch / name
+        while folder.exists():      # it runs again
+            folder = folder.with_name(folder.name + "-again")
         folder.mkdir()
         self.shop = Shop(folder / "catalogue", World.samples, World.certificates)
         self.hub = hub_for(World.binary, folder / "home", World.screen)
@@ -37,6 +41,7 @@ class HubTest(unittest.TestCase):
     def _keep_picture_of_failure(self, file: Path):
         outcome = self._outcome.result
         if any(test is self for test, _ in outcome.failures + outcome.errors):
+            self.system_failed = self.hub.system_failed()
             World.screen.picture().save(file)
             print(f"  picture: {file}", flush=True)
             if self.hub.last_words():

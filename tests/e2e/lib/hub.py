@@ -41,6 +41,10 @@ class Hub:
         """What it has written to its outputs, and what is known of a crash."""
         return self.errors.read_text(errors="replace")[-1500:].strip() if self.errors.is_file() else ""
 
+    def system_failed(self) -> bool:
+        """Whether what it ran on broke under it, and said so: such a run tells nothing of the Hub."""
+        return False
+
     def make_home(self) -> None:
         self.home.mkdir(parents=True)
 

@@ -89,6 +89,9 @@ class WindowsHub(Hub):
         report = self.drive / CRASH_REPORT
         return super().last_words() + (report.read_text(errors="replace") if report.is_file() else "")
 
+    def system_failed(self) -> bool:
+        return "wine client error" in super().last_words()      # a thread has lost Wine's server, and ends with what it held
+
     # ---- files
     def is_private(self, file: Path) -> bool:
         return file.is_file() and self.home in file.parents     # a user's folders are nobody else's there
