@@ -1,6 +1,6 @@
 #include "creator/DraftRecord.h"
 
-#include "platform/Sha256Digest.h"
+#include "support/FileHash.h"
 #include "support/RecordFile.h"
 
 namespace DraftRecord
@@ -8,13 +8,6 @@ namespace DraftRecord
 namespace
 {
 constexpr int maximumDecimalPlaces = 15;
-
-juce::String sha256OfText (const juce::String& text)
-{
-    platform::Sha256Digest digest;
-    digest.update (text.toRawUTF8(), text.getNumBytesAsUTF8());
-    return digest.finish();
-}
 }
 
 bool makeFrom (juce::DynamicObject& request, const DraftFiles& files)
@@ -37,7 +30,8 @@ bool makeFrom (juce::DynamicObject& request, const DraftFiles& files)
     request.setProperty ("requiresFreshRightsAndVisibilityConfirmation", true);
 
     // Over several lines, unlike the record itself, and before anything that differs from one repetition to the next.
-    const auto hash = sha256OfText (RecordFile::toText (juce::var (&request)));
+    const auto text = RecordFile::toText (juce::var (&request));
+    const auto hash = sha256OfBytes (text.toRawUTF8(), text.getNumBytesAsUTF8());
     request.setProperty ("payloadHash", hash);
     return hash.isNotEmpty();
 }

@@ -4,8 +4,8 @@
 #include "creator/JudgedPictures.h"
 #include "creator/LocalFileRule.h"
 #include "platform/PictureDecoding.h"
-#include "platform/Sha256Digest.h"
 #include "support/ChildFile.h"
+#include "support/FileHash.h"
 #include "support/RegularFile.h"
 
 #include <cstring>
@@ -113,9 +113,7 @@ bool decodesWithinLimits (const juce::File& file)
     if (! bytes.has_value())
         return false;
 
-    platform::Sha256Digest sha256;
-    sha256.update (bytes->getData(), bytes->getSize());
-    const auto digest = sha256.finish();
+    const auto digest = sha256OfBytes (bytes->getData(), bytes->getSize());
 
     if (const auto known = judged.verdictOn (digest))
         return *known;

@@ -27,3 +27,10 @@ juce::String sha256OfFile (const juce::File& file)
         digest.update (piece, (size_t) size);
     }
 }
+
+juce::String sha256OfBytes (const void* data, size_t size)
+{
+    platform::Sha256Digest digest;
+    digest.update (data, size);
+    return digest.finish();
+}

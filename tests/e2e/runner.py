@@ -27,10 +27,14 @@ from lib.screen import Screen  # noqa: E402
 class Reporter(unittest.TextTestResult):
     """One line a test, with its time; failures are told at once."""
 
+    passed_tests = 0
+
+    def __init__(self):
+        super().__init__(unittest.runner._WritelnDecorator(sys.stdout), True, 1)
+
     def startTest(self, test):
         unittest.TestResult.startTest(self, test)
         self.began = time.monotonic()
-        self.passed_tests = getattr(self, "passed_tests", 0)
 
     def _line(self, test, word):
         name = test.id().removeprefix("test_")
@@ -58,16 +62,10 @@ class Reporter(unittest.TextTestResult):
             print((self.failures + self.errors)[-1][1], flush=True)
 
 
-def new_result() -> Reporter:
-    result = Reporter(unittest.runner._WritelnDecorator(sys.stdout), True, 1)
-    result.passed_tests = 0
-    return result
-
-
 def passed_again(result) -> int:
     """Runs the tests once more in which not the Hub failed, but what it runs on; how many of them pass now."""
     broken = {test.id(): type(test) for test, _ in result.failures + result.errors if getattr(test, "system_failed", False)}
-    again = new_result()
+    again = Reporter()
     for name, kind in broken.items():
         print(f"again   {name.removeprefix('test_')}: Wine itself broke", flush=True)
         kind(name.rpartition(".")[2]).run(again)
@@ -132,7 +130,7 @@ def main() -> int:
 
     hubs.prepare(World.binary, World.scratch)
     World.screen = Screen()
-    result = new_result()
+    result = Reporter()
     try:
         suite.run(result)
         again = passed_again(result)

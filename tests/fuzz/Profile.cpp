@@ -158,12 +158,12 @@ void checkProfile (const CreatorProfile& profile)
     path. */
 extern "C" int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
 {
-    static const std::string placeholder ("@PICTURE@");
+    static const std::string pictureMark ("@PICTURE@");
     const auto path = picturePath().toStdString();
     std::string bytes (reinterpret_cast<const char*> (data), size);
 
-    for (auto at = bytes.find (placeholder); at != std::string::npos; at = bytes.find (placeholder, at))
-        bytes.replace (at, placeholder.size(), path);
+    for (auto at = bytes.find (pictureMark); at != std::string::npos; at = bytes.find (pictureMark, at))
+        bytes.replace (at, pictureMark.size(), path);
 
     if (bytes.empty() || bytes.front() != 'P')
         checkFile (bytes);
