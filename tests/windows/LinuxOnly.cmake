@@ -9,6 +9,7 @@ set(hub_linux_only_tests
   unit/platform/ProcessIdTest.cpp             # a shell's parent
   unit/platform/ProcessSetupTest.cpp          # the file-creation mask
   unit/platform/ProgramsTest.cpp              # xdg-open, execute permissions, sessions, /proc
+  unit/platform/QueuedWindowEventsTest.cpp    # the queue of X11's library
   unit/platform/SecondInstanceTest.cpp        # the abstract socket, fork
   unit/platform/SecureRandomFailureTest.cpp   # a protected page
   unit/support/RegularFileKindsTest.cpp       # links to files, devices, FIFOs

@@ -18,8 +18,12 @@ int main (int argc, char** argv)
     // error handler, and the first harmless X error ends the process.
     juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* { return nullptr; };
 
-    // No test needs an X server, and one that happens to run would be asked for its settings and could end the process by its end.
-    // The name must be set to one that leads nowhere: without a name the framework looks for the first display.
+    // Hardly a test needs an X server, and one that happens to run would be asked for its settings and could end the process by its
+    // end. The name must be set to one that leads nowhere: without a name the framework looks for the first display. Who needs one
+    // finds the name elsewhere.
+    if (const auto* const display = std::getenv ("DISPLAY"))
+        ::setenv ("HUB_TEST_DISPLAY", display, 1);
+
     ::setenv ("DISPLAY", "none", 1);
 
     const zorva::test::Workers workers;
