@@ -262,9 +262,10 @@ REASONS = """## Where a bar is missed
   window that draws a word the Hub keeps the bar. The rest is its own code, fonts, the network and secret-store libraries, and the
   compiled-in pictures that have been read.
 - **A health request.** Parsing and answering take about 25 us and deleting the discovery file before the reply about as much; the echo
-  does neither. Back to back, each request also pays for a new pair of pipes and a new discovery file.
-- **Parsing.** Five runs of one day gave 1.6, 1.6, 2.0, 2.4 and 2.7: both sides are mostly the allocator's work, which depends on what ran
-  before in the process and beside it.
+  does neither. Back to back, each request also pays for a new pair of pipes and a new discovery file. The slowest of 100 are the
+  machine's: for a sleeping broker three runs of one day gave 0.9, 1.0 and 2.9.
+- **Parsing.** Six runs of one day gave 1.6, 1.6, 1.7, 2.0, 2.4 and 2.7: both sides are mostly the allocator's work, which depends on what
+  ran before in the process and beside it.
 - **Wake-ups.** The Hub starts no timer. Its main thread makes the same system calls in the same order as the bare window's, for the
   framework's timers of the screen and of the tooltips, about two more a second of them.
 """
