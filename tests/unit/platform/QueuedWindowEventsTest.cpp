@@ -1,6 +1,7 @@
 // The window system's own headers come with the framework's, so this is compiled without the precompiled one. Their macros do not go
 // with what other headers name.
 #include <cstdlib>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
@@ -28,6 +29,13 @@ public:
     int timesClosed = 0;
 };
 
+/** The framework unloads the window system's libraries at the end: what they still keep would look like a leak of ours. */
+void keepLibrariesLoaded()
+{
+    for (const auto* const name : { "libX11.so.6", "libXext.so.6" })
+        ASSERT_NE (::dlopen (name, RTLD_NOW | RTLD_NODELETE), nullptr) << name;
+}
+
 /** Lets the wish to close a window reach the library's queue and leaves nothing to be read from the connection. */
 void queueClosing (const juce::Component& window)
 {
@@ -52,6 +60,8 @@ struct QueuedWindowEventsTest : ::testing::Test
 {
     void SetUp() override
     {
+        keepLibrariesLoaded();
+
         // The framework begins anew, on the display that the test program was started on.
         const auto* const display = std::getenv ("HUB_TEST_DISPLAY");
         ASSERT_NE (display, nullptr) << "this needs an X display; scripts/xvfb.sh starts one";
