@@ -19,8 +19,8 @@ int main (int argc, char** argv)
     juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* { return nullptr; };
 
     // Hardly a test needs an X server, and one that happens to run would be asked for its settings and could end the process by its
-    // end. The name must be set to one that leads nowhere: without a name the framework looks for the first display. Who needs one
-    // finds the name elsewhere.
+    // end. The name must be set to one that leads nowhere: without a name the framework looks for the first display. The few that do
+    // need one take it from HUB_TEST_DISPLAY.
     if (const auto* const display = std::getenv ("DISPLAY"))
         ::setenv ("HUB_TEST_DISPLAY", display, 1);
 

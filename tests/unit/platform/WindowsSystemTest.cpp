@@ -20,7 +20,7 @@ namespace
 juce::File folderOf (const KNOWNFOLDERID& id)
 {
     PWSTR path = nullptr;
-    EXPECT_TRUE (SUCCEEDED (::SHGetKnownFolderPath (id, 0, nullptr, &path)));
+    EXPECT_HRESULT_SUCCEEDED (::SHGetKnownFolderPath (id, 0, nullptr, &path));
     const juce::File folder { juce::String (path) };
     ::CoTaskMemFree (path);
     return folder;
